@@ -1,0 +1,68 @@
+// One row of the notice store, kept compact: the integer and date fields inline, the twelve string fields
+// packed one after another in a single heap block (a row of ~400 bytes of text costs about 100 bytes more),
+// and a bit per field for null. Values are read as views into the row; a view lives until the next change
+// of a string field of the same row. Not thread-safe; the store's thread only.
+#pragma once
+
+#include "core/Znb_const.h"
+#include "support/DateUtils.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+class TNoticeRecord {
+public:
+    TNoticeRecord() = default; // every field null
+    TNoticeRecord(const TNoticeRecord& other);
+    TNoticeRecord& operator=(const TNoticeRecord& other);
+    TNoticeRecord(TNoticeRecord&&) noexcept = default;
+    TNoticeRecord& operator=(TNoticeRecord&&) noexcept = default;
+
+    bool IsNull(TNoticeField f) const { return (FNullMask & (1u << f)) != 0; }
+    void SetNull(TNoticeField f);
+
+    // String and memo fields. A null field reads as the empty string.
+    std::string_view AsString(TNoticeField f) const {
+        const int slot = StringSlot(f);
+        const uint32_t begin = slot == 0 ? 0 : FEnds[slot - 1];
+        return FText ? std::string_view(FText.get() + begin, FEnds[slot] - begin) : std::string_view();
+    }
+    void SetString(TNoticeField f, std::string_view value);
+
+    // Integer and auto-increment fields. A null field reads as 0.
+    int32_t AsInteger(TNoticeField f) const { return FInts[IntSlot(f)]; }
+    void SetInteger(TNoticeField f, int32_t value) {
+        FInts[IntSlot(f)] = value;
+        FNullMask &= ~(1u << f);
+    }
+
+    // Date-time fields. A null field reads as 0.
+    TDateTime AsDateTime(TNoticeField f) const { return FDates[DateSlot(f)]; }
+    void SetDateTime(TNoticeField f, TDateTime value) {
+        FDates[DateSlot(f)] = value;
+        FNullMask &= ~(1u << f);
+    }
+
+    // Heap bytes owned by the row (the packed text).
+    size_t TextBytes() const { return FEnds[StringFieldCount - 1]; }
+
+    static constexpr int StringFieldCount = 12;
+    // Slot of a string field in the packed text, or -1 for a non-string field.
+    static constexpr int StringSlot(TNoticeField f) { return StringSlots[f]; }
+    static constexpr int IntSlot(TNoticeField f) {
+        return f == nf_nb_internal_key ? 0 : f == nf_note_count ? 1 : 2;
+    }
+    static constexpr int DateSlot(TNoticeField f) {
+        return f == nf_note_raised_date ? 0 : f == nf_note_last_raised_date ? 1 : 2;
+    }
+
+private:
+    static constexpr int StringSlots[NoticeFieldCount] = {-1, 0, 1, 2, 3, 4, 5, 6, -1, -1,
+                                                          -1, -1, 7, 8, -1, 9, 10, 11};
+    uint32_t FNullMask = (1u << NoticeFieldCount) - 1;
+    int32_t FInts[3] = {0, 0, 0};
+    TDateTime FDates[3] = {0, 0, 0};
+    uint32_t FEnds[StringFieldCount] = {};
+    std::unique_ptr<char[]> FText;
+};

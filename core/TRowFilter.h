@@ -1,0 +1,15 @@
+// The store's row filter: a compiled condition over one notice row. The filter language compiles a filter
+// text into one of these once; the store then asks it about rows without re-parsing.
+#pragma once
+
+#include "core/TNoticeRecord.h"
+
+#include <memory>
+#include <string>
+
+class IRowFilter {
+public:
+    virtual ~IRowFilter() = default;
+    // True when the row passes. Never throws: a value that cannot be compared makes the row fail.
+    virtual bool Accept(const TNoticeRecord& row) const = 0;
+};

@@ -1,0 +1,42 @@
+#include "platform/FileLock.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+int AppendLockedNoWait(const std::string& fileName, std::string_view data) {
+    const int fd = ::open(fileName.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0) return errno ? errno : EIO;
+    int result = 0;
+    if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+        result = errno ? errno : EWOULDBLOCK;
+    } else {
+        ssize_t n;
+        do {
+            n = ::write(fd, data.data(), data.size());
+        } while (n < 0 && errno == EINTR);
+        if (n < 0) result = errno ? errno : EIO;
+        else if (static_cast<size_t>(n) != data.size()) result = EIO;
+        ::flock(fd, LOCK_UN);
+    }
+    ::close(fd); // a failing close does not make the write fail
+    return result;
+}
+
+TExclusiveFileLock::TExclusiveFileLock(const std::string& fileName, bool wait) {
+    FFd = ::open(fileName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+    if (FFd < 0) return;
+    int rc;
+    do {
+        rc = ::flock(FFd, LOCK_EX | (wait ? 0 : LOCK_NB));
+    } while (rc != 0 && errno == EINTR);
+    FLocked = rc == 0;
+}
+
+TExclusiveFileLock::~TExclusiveFileLock() {
+    if (FFd >= 0) {
+        if (FLocked) ::flock(FFd, LOCK_UN);
+        ::close(FFd);
+    }
+}

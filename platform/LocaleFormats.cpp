@@ -1,0 +1,69 @@
+#include "platform/LocaleFormats.h"
+
+#include <QLocale>
+#include <QString>
+
+namespace {
+
+// Qt's pattern letters (d M y H h m s z AP) to the board's (d m y h n s z AM/PM).
+std::string FromQtPattern(const QString& pattern) {
+    std::string out;
+    const std::string p = pattern.toStdString();
+    bool twelveHour = false;
+    for (size_t i = 0; i < p.size(); ++i) {
+        const char c = p[i];
+        switch (c) {
+        case 'M': out += 'm'; break;
+        case 'm': out += 'n'; break;
+        case 'H': out += 'h'; break;
+        case 'h': out += 'h'; twelveHour = true; break;
+        case 'y': case 'd': case 's': case 'z': out += c; break;
+        case 'A': case 'a':
+            if (i + 1 < p.size() && (p[i + 1] == 'P' || p[i + 1] == 'p')) ++i;
+            out += "AM/PM";
+            twelveHour = false;
+            break;
+        case 't': break; // time-zone names are not part of the board's formats
+        case '\'': {
+            const size_t e = p.find('\'', i + 1);
+            out += '"' + p.substr(i + 1, (e == std::string::npos ? p.size() : e) - i - 1) + '"';
+            i = e == std::string::npos ? p.size() : e;
+            break;
+        }
+        default: out += c;
+        }
+    }
+    (void)twelveHour;
+    // Trim a trailing blank left where a zone name was removed.
+    while (!out.empty() && out.back() == ' ') out.pop_back();
+    return out;
+}
+
+std::string WidenYear(std::string format) {
+    const size_t p = format.find('y');
+    if (p == std::string::npos) return format;
+    size_t e = p;
+    while (e < format.size() && format[e] == 'y') ++e;
+    format.replace(p, e - p, "yyyy");
+    return format;
+}
+
+char FirstSeparator(const std::string& format, const char* letters, char fallback) {
+    for (char c : format)
+        if (std::string(letters).find(c) == std::string::npos && c != '"' && c != ' ') return c;
+    return fallback;
+}
+
+} // namespace
+
+TLocaleFormats UserLocaleFormats() {
+    const QLocale locale = QLocale::system();
+    TLocaleFormats f;
+    f.ShortDateFormat = WidenYear(FromQtPattern(locale.dateFormat(QLocale::ShortFormat)));
+    f.LongTimeFormat = FromQtPattern(locale.timeFormat(QLocale::LongFormat));
+    if (f.ShortDateFormat.empty()) f.ShortDateFormat = "dd/mm/yyyy";
+    if (f.LongTimeFormat.empty()) f.LongTimeFormat = "hh:nn:ss";
+    f.DateSeparator = FirstSeparator(f.ShortDateFormat, "dmy", '/');
+    f.TimeSeparator = FirstSeparator(f.LongTimeFormat, "hnszAMP/", ':');
+    return f;
+}

@@ -1,0 +1,49 @@
+// String and file-name helpers with the semantics the board's rules are written in: ASCII case folding,
+// trimming of every control character and blank, whole-text replacement, 1-based positions where the
+// rules count from 1. Pure functions; any thread.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+constexpr char PathDelim = '/';
+
+// Removes leading and trailing characters <= ' ' (blanks and control characters).
+std::string Trim(std::string_view s);
+std::string TrimLeft(std::string_view s);
+std::string TrimRight(std::string_view s);
+
+// ASCII-only case mapping: bytes above 127 are left alone, so UTF-8 text passes through unchanged.
+std::string LowerCase(std::string_view s);
+std::string UpperCase(std::string_view s);
+char UpCase(char c);
+
+// Case-insensitive comparison (ASCII): <0, 0, >0.
+int CompareText(std::string_view a, std::string_view b);
+bool SameText(std::string_view a, std::string_view b);
+bool StartsText(std::string_view prefix, std::string_view s);
+
+// Replaces every occurrence of from (case-sensitive, or ignoring ASCII case) by to, scanning left to right
+// without rescanning replaced text.
+std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to, bool ignoreCase = false);
+
+// 1-based position of the first occurrence of needle in s, 0 when absent.
+size_t Pos(std::string_view needle, std::string_view s);
+
+// Decimal conversions. StrToInt accepts an optional sign and decimal digits (and a "$"-prefixed hexadecimal
+// value, as the original runtime did) within 32 bits and raises EConvertError
+// ("'x' is not a valid integer value") for anything else, surrounding blanks included.
+std::string IntToStr(int64_t value);
+int32_t StrToInt(std::string_view s);
+bool TryStrToInt(std::string_view s, int32_t& value);
+int32_t StrToIntDef(std::string_view s, int32_t def);
+
+// File names.
+std::string IncludeTrailingPathDelimiter(std::string_view path);
+std::string ExcludeTrailingPathDelimiter(std::string_view path);
+std::string ExtractFilePath(std::string_view fileName); // folder with trailing separator, or empty
+std::string ExtractFileName(std::string_view fileName); // after the last separator
+std::string ExtractFileExt(std::string_view fileName);  // from the last '.' of the name part, or empty
+bool FileExists(const std::string& fileName);           // a regular file (or a link to one)
+bool DirectoryExists(const std::string& dirName);
