@@ -13,3 +13,9 @@ public:
     // True when the row passes. Never throws: a value that cannot be compared makes the row fail.
     virtual bool Accept(const TNoticeRecord& row) const = 0;
 };
+
+#include <functional>
+
+// Turns a filter text into a compiled filter; raises an Exception whose message says what is wrong and
+// where. The store holds one and calls it whenever its filter text is set.
+using TRowFilterCompiler = std::function<std::unique_ptr<IRowFilter>(const std::string& text)>;
