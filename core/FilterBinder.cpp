@@ -42,7 +42,7 @@ TTyped BindName(const TFilterAst& ast, const TTyped* comparedWith) {
                     return NumConst(static_cast<double>(i + 1), TVType::Number, ast);
             }
         }
-        ThrowFilterError("Unknown field name '" + ast.Text + "'", ast.Line, ast.Column);
+        ThrowFilterError("Unknown field name '" + PrintableFilterText(ast.Text) + "'", ast.Line, ast.Column);
     }
     TTyped v;
     v.IsField = true;
@@ -156,7 +156,7 @@ TTyped BindCall(const TFilterAst& ast) {
         r.N = MakeGetDate();
         return r;
     }
-    ThrowFilterError("Unknown function '" + ast.Text + "'", ast.Line, ast.Column);
+    ThrowFilterError("Unknown function '" + PrintableFilterText(ast.Text) + "'", ast.Line, ast.Column);
 }
 
 } // namespace
@@ -207,7 +207,7 @@ TTyped BindValue(const TFilterAst& ast, const TTyped* comparedWith) {
         double d = 0;
         const auto [end, ec] = std::from_chars(ast.Text.data(), ast.Text.data() + ast.Text.size(), d);
         if (ec != std::errc() || end != ast.Text.data() + ast.Text.size() || !std::isfinite(d))
-            ThrowFilterError("Invalid number '" + ast.Text + "'", ast.Line, ast.Column);
+            ThrowFilterError("Invalid number '" + PrintableFilterText(ast.Text) + "'", ast.Line, ast.Column);
         return NumConst(d, TVType::Number, ast);
     }
     case TFilterAstKind::Text:
@@ -248,7 +248,7 @@ TTyped ToDateTime(TTyped v) {
     if (v.Type == TVType::Number || v.Type == TVType::DateTime) return v;
     if (v.Type == TVType::Text && v.IsConst) {
         double d;
-        if (!ParseFilterDate(v.Str, d)) ThrowAt("Invalid date '" + v.Str + "'", v);
+        if (!ParseFilterDate(v.Str, d)) ThrowAt("Invalid date '" + PrintableFilterText(v.Str) + "'", v);
         TTyped r;
         r.Type = TVType::DateTime;
         r.N = MakeNumConst(d);
@@ -268,7 +268,7 @@ TTyped ToNumber(TTyped v) {
         double d = 0;
         const auto [end, ec] = std::from_chars(t.data(), t.data() + t.size(), d);
         if (t.empty() || ec != std::errc() || end != t.data() + t.size() || !std::isfinite(d))
-            ThrowAt("'" + v.Str + "' is not a valid number", v);
+            ThrowAt("'" + PrintableFilterText(v.Str) + "' is not a valid number", v);
         TTyped r = std::move(v);
         r.Type = TVType::Number;
         r.S.reset();

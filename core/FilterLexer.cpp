@@ -20,8 +20,9 @@ bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\f' || c == '\v';
 }
 
-// Printable form of arbitrary bytes, cut to a readable length.
-std::string Printable(std::string_view s) {
+} // namespace
+
+std::string PrintableFilterText(std::string_view s) {
     constexpr size_t MaxShown = 40;
     std::string out;
     for (size_t i = 0; i < s.size() && i < MaxShown; ++i) {
@@ -36,6 +37,12 @@ std::string Printable(std::string_view s) {
     }
     if (s.size() > MaxShown) out += "...";
     return out;
+}
+
+namespace {
+
+std::string Printable(std::string_view s) {
+    return PrintableFilterText(s);
 }
 
 } // namespace

@@ -18,6 +18,9 @@ struct TFilterToken {
     bool IsKeyword(const char* keyword) const;
 };
 
+// Arbitrary bytes as they may appear in a message: control and non-ASCII bytes as \xNN, cut after 40.
+std::string PrintableFilterText(std::string_view s);
+
 // How a token is shown in a message: "'AND'", "end of text", a text literal with its quotes.
 std::string DescribeFilterToken(const TFilterToken& token);
 

@@ -1,0 +1,148 @@
+// What the filter language says about bad texts, and that no text can crash or hang it.
+#include "core/FilterExpression.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <random>
+
+namespace {
+
+std::string ErrorOf(const std::string& expr) {
+    try {
+        CompileFilterExpression(expr);
+    } catch (const EFilterExpressionError& e) {
+        return e.Message();
+    }
+    return "no error";
+}
+
+std::string Repeat(const std::string& s, size_t n) {
+    std::string out;
+    out.reserve(s.size() * n);
+    for (size_t i = 0; i < n; ++i)
+        out += s;
+    return out;
+}
+
+} // namespace
+
+TEST(FilterErrors, MessagesNameTheProblemTheTokenAndThePlace) {
+    EXPECT_EQ(ErrorOf("( note_severity >= 3 )\r\nAND ( note_sumary = 'x' )"),
+              "Unknown field name 'note_sumary' at line 2, column 7");
+    EXPECT_EQ(ErrorOf("(  =  )"), "Expected a field name or a value but found '=' at line 1, column 4");
+    EXPECT_EQ(ErrorOf("( note_count = 1"), "Expected ')' but found end of text at line 1, column 17");
+    EXPECT_EQ(ErrorOf("note_count = 1 )"),
+              "Expected AND, OR or the end of the filter but found ')' at line 1, column 16");
+    EXPECT_EQ(ErrorOf("note_count = 1 AND"),
+              "Expected a field name or a value but found end of text at line 1, column 19");
+    EXPECT_EQ(ErrorOf("note_summary = 'abc"), "Unterminated text literal at line 1, column 16");
+    EXPECT_EQ(ErrorOf("note_count = 1 &\x01"), "Unexpected character '&' at line 1, column 16");
+    EXPECT_EQ(ErrorOf("note_count = \x01"), "Unexpected character '\\x01' at line 1, column 14");
+    EXPECT_EQ(ErrorOf("[note_count = 1"), "Unterminated field name in brackets at line 1, column 1");
+    EXPECT_EQ(ErrorOf("ack_date IS 1"), "Expected NULL after IS but found '1' at line 1, column 13");
+    EXPECT_EQ(ErrorOf("note_count = 1 note_count"),
+              "Expected AND, OR or the end of the filter but found 'note_count' at line 1, column 16");
+    EXPECT_EQ(ErrorOf("AND note_count = 1"),
+              "Expected a field name or a value but found 'AND' at line 1, column 1");
+}
+
+TEST(FilterErrors, TypeAndNameProblemsPointAtTheirPart) {
+    EXPECT_EQ(ErrorOf("note_summary = 5"), "Cannot compare text with a number at line 1, column 14");
+    EXPECT_EQ(ErrorOf("note_count = note_summary"), "Cannot compare text with a number at line 1, column 12");
+    EXPECT_EQ(ErrorOf("\n  note_raised_date >= 'someday'"), "Invalid date 'someday' at line 2, column 23");
+    EXPECT_EQ(ErrorOf("note_severity = 'Severe'"), "'Severe' is not a valid number at line 1, column 17");
+    EXPECT_EQ(ErrorOf("FOO(note_count) = 1"), "Unknown function 'FOO' at line 1, column 1");
+    EXPECT_EQ(ErrorOf("SUBSTRING(note_summary) = 'a'"),
+              "Function SUBSTRING takes 2 or 3 arguments, not 1 at line 1, column 1");
+    EXPECT_EQ(ErrorOf("GETDATE(1) > note_raised_date"),
+              "Function GETDATE takes 0 arguments, not 1 at line 1, column 1");
+    EXPECT_EQ(
+        ErrorOf("note_count + 1"),
+        "A filter needs a condition (a comparison, IS NULL, LIKE or IN), not a number at line 1, column 12");
+    EXPECT_EQ(ErrorOf("note_count = 1 AND note_summary"),
+              "AND needs a condition (a comparison, IS NULL, LIKE or IN), not text at line 1, column 20");
+    EXPECT_EQ(ErrorOf("(note_count = 1) = (note_count = 2)"),
+              "A condition cannot be compared with '=' at line 1, column 18");
+    EXPECT_EQ(ErrorOf("note_summary + 1 = 'a'"),
+              "Operator '+' cannot combine text and a number at line 1, column 14");
+    EXPECT_EQ(ErrorOf("note_count = " + std::string(400, '9')),
+              "Invalid number '9999999999999999999999999999999999999999...' at line 1, column 14");
+    EXPECT_EQ(ErrorOf("[\x01\xff] = 1"), "Unknown field name '\\x01\\xFF' at line 1, column 1");
+}
+
+TEST(FilterErrors, DeepNestingIsRefusedWithAClearMessage) {
+    const std::string deep = Repeat("(", 100000) + "note_count = 1" + Repeat(")", 100000);
+    EXPECT_EQ(ErrorOf(deep).substr(0, 46), "Expression nested too deeply (more than 256 le");
+    EXPECT_NE(ErrorOf(Repeat("NOT ", 100000) + "note_count = 1"), "no error");
+    EXPECT_NE(ErrorOf("note_count = " + Repeat("-", 100000) + "1"), "no error");
+    EXPECT_NE(ErrorOf("note_count = 1" + Repeat(" + 1", 100000)), "no error");
+    EXPECT_NE(ErrorOf(Repeat("UPPER(", 100000)), "no error");
+    EXPECT_EQ(ErrorOf(Repeat("(", 200) + "note_count = 1" + Repeat(")", 200)), "no error");
+}
+
+TEST(FilterErrors, LongFlatFiltersCompile) {
+    // A million characters of OR-ed lines: flat, so no depth limit applies.
+    const std::string text = "note_count = -1" + Repeat("\r\nOR ( note_summary LIKE '%x%' )", 35000);
+    ASSERT_GT(text.size(), 1000000u);
+    auto filter = CompileFilterExpression(text);
+    TNoticeRecord row;
+    row.SetString(nf_note_summary, "axb");
+    EXPECT_TRUE(filter->Accept(row));
+    EXPECT_EQ(ErrorOf("note_summary = '" + std::string(1000000, 'x') + "'"), "no error");
+}
+
+TEST(FilterErrors, ArbitraryBytesGiveAnErrorOrAFilter) {
+    std::mt19937 rng(20261121);
+    const std::string alphabet[] = {"note_count",
+                                    "note_summary",
+                                    "ack_date",
+                                    "(",
+                                    ")",
+                                    "'",
+                                    "''",
+                                    " = ",
+                                    "<>",
+                                    " AND ",
+                                    " OR ",
+                                    "NOT ",
+                                    "IS",
+                                    "NULL",
+                                    " LIKE ",
+                                    " IN ",
+                                    ",",
+                                    "1",
+                                    "2.5",
+                                    "+",
+                                    "-",
+                                    "*",
+                                    "/",
+                                    "[",
+                                    "]",
+                                    "\r\n",
+                                    std::string(1, '\0'),
+                                    "\xff",
+                                    "'Fatal'",
+                                    "YEAR(",
+                                    "GETDATE()",
+                                    "SUBSTRING(",
+                                    "%"};
+    TNoticeRecord row;
+    row.SetInteger(nf_note_count, 1);
+    int compiled = 0;
+    for (int i = 0; i < 20000; ++i) {
+        std::string text;
+        const int n = 1 + static_cast<int>(rng() % 12);
+        for (int k = 0; k < n; ++k)
+            text += alphabet[rng() % std::size(alphabet)];
+        if (!text.empty() && rng() % 4 == 0) text[rng() % text.size()] = static_cast<char>(rng() % 256);
+        try {
+            auto filter = CompileFilterExpression(text);
+            filter->Accept(row);
+            ++compiled;
+        } catch (const EFilterExpressionError& e) {
+            EXPECT_NE(e.Message().find(" at line "), std::string::npos) << e.Message();
+        }
+    }
+    EXPECT_GT(compiled, 0);
+}
