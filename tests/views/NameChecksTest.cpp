@@ -1,0 +1,65 @@
+#include "views/NameChecks.h"
+
+#include "support/NBPrompt.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class TScriptedPrompt : public INBPrompt {
+public:
+    TScriptedPrompt() : FPrevious(SetNBPrompt(this)) {}
+    ~TScriptedPrompt() override { SetNBPrompt(FPrevious); }
+    std::vector<std::string> Messages;
+    void ShowMessage(const std::string& text, TMsgDlgType) override { Messages.push_back(text); }
+    bool Confirm(const std::string&) override { return false; }
+    bool DisplayDialog(const std::string&, bool&) override { return false; }
+    void ShowConfigDialog() override {}
+
+private:
+    INBPrompt* FPrevious;
+};
+
+} // namespace
+
+TEST(NameChecks, FileNameShowsEveryFailedCheckInOrder) {
+    {
+        TScriptedPrompt prompt;
+        EXPECT_FALSE(ValidateFileName("My Filter!"));
+        EXPECT_THAT(prompt.Messages, ElementsAre("Error - Name cannot contain spaces",
+                                                 "Error - Name contains an invalid character: \" \"",
+                                                 "Error - Name contains an invalid character: \"!\""));
+    }
+    {
+        TScriptedPrompt prompt;
+        EXPECT_FALSE(ValidateFileName(""));
+        EXPECT_FALSE(ValidateFileName(std::string(33, 'a')));
+        EXPECT_FALSE(ValidateFileName("A\xC9"));
+        EXPECT_THAT(prompt.Messages, ElementsAre("Error - name cannot be blank",
+                                                 "Error - name cannot be longer than 32 characters",
+                                                 "Error - Name contains an invalid character: \"\xC9\""));
+    }
+    TScriptedPrompt prompt;
+    EXPECT_TRUE(ValidateFileName(std::string(32, 'Z')));
+    EXPECT_TRUE(ValidateFileName("Severe-errors_2"));
+    EXPECT_THAT(prompt.Messages, IsEmpty());
+}
+
+TEST(NameChecks, ViewNameStopsAtTheFirstFailedCheck) {
+    TScriptedPrompt prompt;
+    EXPECT_FALSE(ValidateViewName("   "));
+    EXPECT_THAT(prompt.Messages, IsEmpty()) << "a blank name is refused silently";
+    EXPECT_FALSE(ValidateViewName(std::string(33, '!')));
+    EXPECT_FALSE(ValidateViewName("my view"));
+    EXPECT_FALSE(ValidateViewName("a!b?c"));
+    EXPECT_TRUE(ValidateViewName("My-View_2"));
+    const std::string invalid =
+        "Error - The Display name contains an invalid character. Valid characters are: "
+        "'a..z, A..Z, 0..9, _, -'";
+    EXPECT_THAT(prompt.Messages,
+                ElementsAre("Error - Display names are restricted to 32 characters", invalid, invalid));
+}
