@@ -97,13 +97,28 @@ public:
 class TBoolConst final : public TBoolNode {
 public:
     explicit TBoolConst(TTri v) : V(v) {}
+    int Cost() const override { return 0; }
     TTri Eval(const TNoticeRecord&) const override { return V; }
     TTri V;
 };
 
+int SumCost(const std::vector<TBoolPtr>& terms) {
+    int sum = 0;
+    for (const auto& t : terms)
+        sum = std::min(sum + t->Cost(), 1000);
+    return sum;
+}
+
+std::vector<TBoolPtr> CheapestFirst(std::vector<TBoolPtr> terms) {
+    std::stable_sort(terms.begin(), terms.end(),
+                     [](const TBoolPtr& a, const TBoolPtr& b) { return a->Cost() < b->Cost(); });
+    return terms;
+}
+
 class TAnd final : public TBoolNode {
 public:
-    explicit TAnd(std::vector<TBoolPtr> c) : C(std::move(c)) {}
+    explicit TAnd(std::vector<TBoolPtr> c) : C(CheapestFirst(std::move(c))) {}
+    int Cost() const override { return SumCost(C); }
     TTri Eval(const TNoticeRecord& r) const override {
         TTri result = TTri::True;
         for (const auto& child : C) {
@@ -118,7 +133,8 @@ public:
 
 class TOr final : public TBoolNode {
 public:
-    explicit TOr(std::vector<TBoolPtr> c) : C(std::move(c)) {}
+    explicit TOr(std::vector<TBoolPtr> c) : C(CheapestFirst(std::move(c))) {}
+    int Cost() const override { return SumCost(C); }
     TTri Eval(const TNoticeRecord& r) const override {
         TTri result = TTri::False;
         for (const auto& child : C) {
@@ -134,6 +150,7 @@ public:
 class TNot final : public TBoolNode {
 public:
     explicit TNot(TBoolPtr c) : C(std::move(c)) {}
+    int Cost() const override { return C->Cost(); }
     TTri Eval(const TNoticeRecord& r) const override {
         const TTri t = C->Eval(r);
         return t == TTri::Unknown ? t : ToTri(t == TTri::False);
@@ -166,6 +183,7 @@ public:
 template <TCmpOp Op> class TCmpIntFieldConst final : public TBoolNode {
 public:
     TCmpIntFieldConst(TNoticeField f, double v) : F(f), V(v) {}
+    int Cost() const override { return 1; }
     TTri Eval(const TNoticeRecord& r) const override {
         if (r.IsNull(F)) return TTri::Unknown;
         return ToTri(Holds<Op>(static_cast<double>(r.AsInteger(F)), V));
@@ -177,6 +195,7 @@ public:
 template <TCmpOp Op> class TCmpDateFieldConst final : public TBoolNode {
 public:
     TCmpDateFieldConst(TNoticeField f, double v) : F(f), V(v) {}
+    int Cost() const override { return 1; }
     TTri Eval(const TNoticeRecord& r) const override {
         if (r.IsNull(F)) return TTri::Unknown;
         return ToTri(Holds<Op>(r.AsDateTime(F), V));
@@ -188,6 +207,7 @@ public:
 template <TCmpOp Op> class TCmpStrFieldConst final : public TBoolNode {
 public:
     TCmpStrFieldConst(TNoticeField f, std::string v) : F(f), V(std::move(v)) {}
+    int Cost() const override { return 3; }
     TTri Eval(const TNoticeRecord& r) const override {
         if (r.IsNull(F)) return TTri::Unknown;
         return ToTri(Holds<Op>(r.AsString(F), std::string_view(V)));
@@ -199,6 +219,7 @@ public:
 class TIsNullField final : public TBoolNode {
 public:
     TIsNullField(TNoticeField f, bool n) : F(f), Negated(n) {}
+    int Cost() const override { return 1; }
     TTri Eval(const TNoticeRecord& r) const override { return ToTri(r.IsNull(F) != Negated); }
     TNoticeField F;
     bool Negated;
@@ -241,6 +262,7 @@ public:
 class TLikeFieldConst final : public TBoolNode {
 public:
     TLikeFieldConst(TNoticeField f, const std::string& p) : F(f), P(p) {}
+    int Cost() const override { return P.Shape() == TLikePattern::TShape::General ? 8 : 4; }
     TTri Eval(const TNoticeRecord& r) const override {
         if (r.IsNull(F)) return TTri::Unknown;
         return ToTri(P.Match(r.AsString(F)));
@@ -252,6 +274,7 @@ public:
 class TLike final : public TBoolNode {
 public:
     TLike(TStrPtr v, TStrPtr p) : V(std::move(v)), P(std::move(p)) {}
+    int Cost() const override { return 10; }
     TTri Eval(const TNoticeRecord& r) const override {
         std::string_view s, p;
         if (!V->Eval(r, s) || !P->Eval(r, p)) return TTri::Unknown;
@@ -263,6 +286,7 @@ public:
 class TInNum final : public TBoolNode {
 public:
     TInNum(TNumPtr v, std::vector<double> l) : V(std::move(v)), L(std::move(l)) {}
+    int Cost() const override { return 3; }
     TTri Eval(const TNoticeRecord& r) const override {
         double x;
         if (!V->Eval(r, x)) return TTri::Unknown;
@@ -277,6 +301,7 @@ public:
     TInStr(TStrPtr v, std::vector<std::string> l) : V(std::move(v)), L(std::move(l)) {
         std::sort(L.begin(), L.end());
     }
+    int Cost() const override { return 5; }
     TTri Eval(const TNoticeRecord& r) const override {
         std::string_view x;
         if (!V->Eval(r, x)) return TTri::Unknown;

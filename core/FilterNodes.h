@@ -17,6 +17,9 @@ class TBoolNode {
 public:
     virtual ~TBoolNode() = default;
     virtual TTri Eval(const TNoticeRecord& row) const = 0;
+    // Rough price of one Eval: AND and OR ask their cheapest terms first (no term has side effects, and
+    // the three-valued AND and OR do not depend on order).
+    virtual int Cost() const { return 6; }
 };
 
 class TNumNode {
