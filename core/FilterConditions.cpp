@@ -62,6 +62,12 @@ bool Unify(TTyped& a, TTyped& b, const TFilterAst& op) {
     if (a.Type == TVType::Bool || b.Type == TVType::Bool)
         ThrowFilterError("A condition cannot be compared with '" + op.Text + "'", op.Line, op.Column);
     if (a.Type == TVType::Text && b.Type == TVType::Text) return true;
+    // A date typed bare in the line editor (21/11/2026) is arithmetic on numbers; refusing the mix says so
+    // instead of comparing with a number of days near zero.
+    if ((a.Type == TVType::DateTime && b.Type == TVType::Number) ||
+        (a.Type == TVType::Number && b.Type == TVType::DateTime))
+        ThrowFilterError("Cannot compare a date-time with a number (write a date in quotes, as '2026-11-21')",
+                         op.Line, op.Column);
     if (a.Type == TVType::Text)
         a = ConvertTextFor(std::move(a), b, op);
     else if (b.Type == TVType::Text)

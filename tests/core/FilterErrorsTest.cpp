@@ -52,6 +52,9 @@ TEST(FilterErrors, TypeAndNameProblemsPointAtTheirPart) {
     EXPECT_EQ(ErrorOf("note_count = note_summary"), "Cannot compare text with a number at line 1, column 12");
     EXPECT_EQ(ErrorOf("\n  note_raised_date >= 'someday'"), "Invalid date 'someday' at line 2, column 23");
     EXPECT_EQ(ErrorOf("note_severity = 'Severe'"), "'Severe' is not a valid number at line 1, column 17");
+    EXPECT_EQ(ErrorOf("( note_raised_date >= 21/11/2026 )"),
+              "Cannot compare a date-time with a number (write a date in quotes, as '2026-11-21') at line 1, "
+              "column 20");
     EXPECT_EQ(ErrorOf("FOO(note_count) = 1"), "Unknown function 'FOO' at line 1, column 1");
     EXPECT_EQ(ErrorOf("SUBSTRING(note_summary) = 'a'"),
               "Function SUBSTRING takes 2 or 3 arguments, not 1 at line 1, column 1");

@@ -128,7 +128,7 @@ TEST(FilterLanguage, ArithmeticAndFunctions) {
                        "DAY(note_raised_date) = 21 AND HOUR(note_raised_date) = 10 AND "
                        "MINUTE(note_raised_date) = 30 AND SECOND(note_raised_date) = 15",
                        row));
-    EXPECT_TRUE(Passes("DATE(note_raised_date) = '2026-11-21' AND TIME(note_raised_date) > 0.4", row));
+    EXPECT_TRUE(Passes("DATE(note_raised_date) = '2026-11-21' AND TIME(note_raised_date) > '10:00'", row));
     EXPECT_TRUE(Passes("note_raised_date < GETDATE() + 36500 AND YEAR('2001-02-03') = 2001", row));
 }
 
