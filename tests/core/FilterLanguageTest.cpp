@@ -140,3 +140,11 @@ TEST(FilterLanguage, InLists) {
     EXPECT_TRUE(Passes("'B' IN (adpt_source_type, adpt_source_id)", row)) << "items need not be constants";
     EXPECT_THROW(CompileFilterExpression("adpt_source_id IN (1, 2)"), EFilterExpressionError);
 }
+
+TEST(FilterLanguage, LikeBacktracksOnlyToTheLastPercent) {
+    // A naive matcher takes exponential time here; ours at most text length x pattern length.
+    TNoticeRecord row;
+    row.SetString(nf_note_text, std::string(20000, 'a'));
+    EXPECT_FALSE(Passes("note_text LIKE '%a%a%a%a%a%a%a%a%a%a%a%a%b'", row));
+    EXPECT_TRUE(Passes("note_text LIKE '%a%a%a%a%a%a%a%a%a%a%a%a_'", row));
+}
