@@ -15,6 +15,8 @@
 struct TIniFile::TImpl {
     // Case-insensitive sections and keys, one value per key, values on one line.
     CSimpleIniA Ini{false, false, false};
+    // "key=value" without blanks, as other readers of these files expect.
+    TImpl() { Ini.SetSpaces(false); }
 };
 
 namespace {

@@ -4,7 +4,8 @@
 
 namespace {
 
-const char* const RVistaDefaults = "internal=false;DLL_Name=ZNBA_RV;Configured=false;Enabled=false;Loadable=false;";
+const char* const RVistaDefaults =
+    "internal=false;DLL_Name=ZNBA_RV;Configured=false;Enabled=false;Loadable=false;";
 
 } // namespace
 
@@ -47,7 +48,7 @@ TEST(NameValueList, EscapeIsUndoneOnlyWhenTheCharacterIsAlreadyThere) {
     EXPECT_EQ(list.Look_Up_Value("y"), "a=1=2");
     EXPECT_EQ(list.Look_Up_Value("z"), "p|q|r");
     EXPECT_EQ(list.Look_Up_Value("w"), "pq&&SDr");
-    EXPECT_EQ(list.Look_Up_Value("v"), "&&FD"); // an item never holds the item separator
+    EXPECT_EQ(list.Look_Up_Value("v"), "&&FD");   // an item never holds the item separator
     EXPECT_EQ(list.Look_Up_Value("u"), "a=&&eq"); // escapes are case-sensitive
 }
 
