@@ -50,7 +50,13 @@ TIniFile::~TIniFile() = default;
 std::string TIniFile::ReadString(const std::string& Section, const std::string& Key,
                                  const std::string& Default) const {
     const char* v = FImpl->Ini.GetValue(Section.c_str(), Key.c_str(), nullptr);
-    return v ? std::string(v) : Default;
+    if (!v) return Default;
+    std::string value(v);
+    // One pair of matching quotes around a value is taken off, as private-profile readers always did,
+    // so that hand-edited files may quote folder names with blanks.
+    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
+        value = value.substr(1, value.size() - 2);
+    return value;
 }
 
 int32_t TIniFile::ReadInteger(const std::string& Section, const std::string& Key, int32_t Default) const {

@@ -20,7 +20,8 @@ public:
 
     const std::string& FileName() const { return FFileName; }
 
-    // The value of Key in Section, or Default when the key is missing.
+    // The value of Key in Section without surrounding blanks and one pair of surrounding quotes, or
+    // Default when the key is missing.
     std::string ReadString(const std::string& Section, const std::string& Key,
                            const std::string& Default) const;
     // A decimal (or "$"/"0x" hexadecimal) integer; a missing or non-numeric value reads as Default.

@@ -75,7 +75,6 @@ protected:
     ~LockedLog() override {
         Log_Sleep = FSavedSleep;
         Retry_Time = FSavedRetryTime;
-        Max_Retry_Count = FSavedRetries;
         ReleaseOnSecondWait = nullptr;
     }
     TTempFolder Folder;
@@ -83,7 +82,6 @@ protected:
 private:
     void (*FSavedSleep)(int) = Log_Sleep;
     int32_t FSavedRetryTime = Retry_Time;
-    int32_t FSavedRetries = Max_Retry_Count;
 };
 
 } // namespace
@@ -111,18 +109,4 @@ TEST_F(LockedLog, LockReleasedDuringTheRetriesLetsTheLineThrough) {
     rvWriteFile(log, "late");
     EXPECT_EQ(Waits.size(), 2u);
     EXPECT_EQ(ReadTextFile(log), "late\n");
-}
-
-TEST_F(LockedLog, RetryCountIsTheUnitSetting) {
-    const std::string log = Folder / "znb.log";
-    TLockingProcess other(log);
-    ASSERT_TRUE(other.Locked);
-    Max_Retry_Count = 2;
-    rvWriteFile(log, "lost");
-    EXPECT_EQ(Waits.size(), 2u);
-    Max_Retry_Count = 0; // no attempt at all
-    rvWriteFile(log, "lost");
-    EXPECT_EQ(Waits.size(), 2u);
-    other.Release();
-    EXPECT_EQ(ReadTextFile(log), "");
 }

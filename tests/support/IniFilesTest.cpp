@@ -9,15 +9,20 @@
 
 TEST(IniFile, KeysAndSectionsMatchInAnyCase) {
     TTempFolder folder;
-    WriteTextFile(folder / "a.ini", "[Noticeboard]\nConnectDelay = 7\nNBFolder=/x/y\n");
+    WriteTextFile(
+        folder / "a.ini",
+        "[Noticeboard]\nConnectDelay = 7\nNBFolder=/x/y\nQuoted = \"/with blanks/ \"\nHalfQuoted=\"/x\n");
     TIniFile ini(folder / "a.ini");
     EXPECT_EQ(ini.ReadInteger("NOTICEBOARD", "connectdelay", 0), 7);
     EXPECT_EQ(ini.ReadString("noticeboard", "NBFOLDER", ""), "/x/y");
     EXPECT_EQ(ini.ReadString("noticeboard", "missing", "def"), "def");
+    EXPECT_EQ(ini.ReadString("noticeboard", "Quoted", ""), "/with blanks/ ");
+    EXPECT_EQ(ini.ReadString("noticeboard", "HalfQuoted", ""), "\"/x");
     EXPECT_TRUE(ini.SectionExists("NoticeBoard"));
     EXPECT_FALSE(ini.SectionExists("Other"));
     ini.WriteString("NOTICEBOARD", "NBFOLDER", "/z");
-    EXPECT_EQ(ini.ReadSection("Noticeboard"), (std::vector<std::string>{"ConnectDelay", "NBFolder"}));
+    EXPECT_EQ(ini.ReadSection("Noticeboard"),
+              (std::vector<std::string>{"ConnectDelay", "NBFolder", "Quoted", "HalfQuoted"}));
 }
 
 TEST(IniFile, NumbersAndBooleansFallBackToTheDefault) {

@@ -91,14 +91,6 @@ TEST(UnixTime, SecondsTextKeepsTheFraction) {
               "Error converting Unix String to DateTime. String = 4294967296");
 }
 
-TEST(DecodeMonth, GivesEnglishAbbreviationsAndNothingOutsideTheYear) {
-    EXPECT_EQ(DecodeMonth(1), "Jan");
-    EXPECT_EQ(DecodeMonth(5), "May");
-    EXPECT_EQ(DecodeMonth(12), "Dec");
-    EXPECT_EQ(DecodeMonth(0), "");
-    EXPECT_EQ(DecodeMonth(13), "");
-}
-
 TEST_F(DayFirstLocale, RVistaTextsInBothForms) {
     EXPECT_DOUBLE_EQ(rvStrToDateTime("12-jan-2004 10:20:30"), EncodeDateTime(2004, 1, 12, 10, 20, 30, 0));
     EXPECT_DOUBLE_EQ(rvStrToDateTime(" 1-Feb-2004 08:00:00 "), EncodeDateTime(2004, 2, 1, 8, 0, 0, 0));
