@@ -120,6 +120,14 @@ std::vector<std::string> TIniFile::ReadSections() const {
     return out;
 }
 
+std::vector<std::pair<std::string, std::string>>
+TIniFile::ReadSectionValues(const std::string& Section) const {
+    std::vector<std::pair<std::string, std::string>> out;
+    for (const std::string& key : ReadSection(Section))
+        out.emplace_back(key, ReadString(Section, key, ""));
+    return out;
+}
+
 void TIniFile::UpdateFile() {
     std::string data;
     if (FImpl->Ini.Save(data) < 0) throw EInOutError("Cannot format ini file \"" + FFileName + "\"");

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 class TIniFile {
@@ -40,6 +41,8 @@ public:
     // Key names of Section, respectively section names, in file order.
     std::vector<std::string> ReadSection(const std::string& Section) const;
     std::vector<std::string> ReadSections() const;
+    // Key and value pairs of Section in file order (values as ReadString gives them).
+    std::vector<std::pair<std::string, std::string>> ReadSectionValues(const std::string& Section) const;
 
     // Writes the memory copy to FileName: a temporary file in the same folder renamed over the old one,
     // so readers see either the old or the new file, never half of one. Raises EInOutError on failure

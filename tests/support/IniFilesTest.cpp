@@ -65,6 +65,7 @@ TEST(IniFile, SaveKeepsCommentsAndOrderAndWritesIntegerBooleans) {
     back.EraseSection("b");
     EXPECT_FALSE(back.SectionExists("B"));
     EXPECT_TRUE(back.ReadSection("B").empty());
+    EXPECT_EQ(back.ReadSectionValues("a"), (std::vector<std::pair<std::string, std::string>>{{"x", "2"}}));
     // Only the file itself is in the folder: the temporary file was renamed over it.
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
