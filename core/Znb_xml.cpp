@@ -1,0 +1,34 @@
+#include "core/Znb_xml.h"
+
+#include "support/StrUtils.h"
+
+const std::array<std::string_view, 5> XMLEntities = {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"};
+const std::array<std::string_view, 5> XMLCharacters = {"&", "<", ">", "\"", "'"};
+
+std::string XML_Encode(std::string_view Text) {
+    if (Text.find_first_of("&<>\"'") == std::string_view::npos) return std::string(Text);
+    // One pass gives the same result as five passes in order: only the first pass's "&" could meet an
+    // ampersand added by a later one, and the later ones add none of their own characters.
+    std::string out;
+    out.reserve(Text.size() + Text.size() / 4);
+    for (char c : Text) {
+        size_t i = 0;
+        while (i < XMLCharacters.size() && XMLCharacters[i][0] != c)
+            ++i;
+        if (i < XMLCharacters.size())
+            out += XMLEntities[i];
+        else
+            out += c;
+    }
+    return out;
+}
+
+std::string XML_Decode(std::string_view Text) {
+    if (Text.find('&') == std::string_view::npos) return std::string(Text);
+    std::string out(Text);
+    for (size_t i = 0; i < XMLEntities.size(); ++i) {
+        if (out.find('&') == std::string::npos) break; // nothing left that could match
+        out = ReplaceAll(out, XMLEntities[i], XMLCharacters[i], true);
+    }
+    return out;
+}
