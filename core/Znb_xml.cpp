@@ -6,7 +6,10 @@ const std::array<std::string_view, 5> XMLEntities = {"&amp;", "&lt;", "&gt;", "&
 const std::array<std::string_view, 5> XMLCharacters = {"&", "<", ">", "\"", "'"};
 
 std::string XML_Encode(std::string_view Text) {
-    if (Text.find_first_of("&<>\"'") == std::string_view::npos) return std::string(Text);
+    bool special = false;
+    for (char c : Text)
+        special = special || c == '&' || c == '<' || c == '>' || c == '"' || c == '\'';
+    if (!special) return std::string(Text);
     // One pass gives the same result as five passes in order: only the first pass's "&" could meet an
     // ampersand added by a later one, and the later ones add none of their own characters.
     std::string out;

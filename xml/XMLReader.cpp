@@ -173,7 +173,13 @@ void TXMLNode::ReadProperty(TXMLStream& Stream) {
 
 void TXMLNode::ReadText(TXMLStream& Stream) {
     const std::string_view text = TrimView(ScanUntil('<', Stream));
-    if (text.find_first_of("\r\n") == std::string_view::npos) {
+    bool oneLine = true;
+    for (char c : text)
+        if (c == '\r' || c == '\n') {
+            oneLine = false;
+            break;
+        }
+    if (oneLine) {
         FContents.Clear();
         if (!text.empty()) FContents.Add(std::string(text));
     } else {

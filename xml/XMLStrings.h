@@ -28,31 +28,24 @@ public:
 #endif
 
     TXMLStrings() = default;
-    TXMLStrings(std::initializer_list<std::string> lines) : FLines(lines) {}
+    TXMLStrings(std::initializer_list<std::string> lines) {
+        for (const auto& line : lines)
+            Add(line);
+    }
 
     int32_t Count() const {
-        return static_cast<int32_t>(FLines.size());
+        return FCount;
     }
     bool Empty() const {
-        return FLines.empty();
+        return FCount == 0;
     }
     // Raises EListError for an index outside 0..Count-1.
     const std::string& operator[](int32_t Index) const;
     std::string& operator[](int32_t Index);
-    void Add(std::string Line) {
-        FLines.push_back(std::move(Line));
-    }
+    void Add(std::string Line);
     void Delete(int32_t Index); // EListError when out of range
-    void Clear() {
-        FLines.clear();
-    }
-    auto begin() const {
-        return FLines.begin();
-    }
-    auto end() const {
-        return FLines.end();
-    }
-    bool operator==(const TXMLStrings&) const = default;
+    void Clear();
+    bool operator==(const TXMLStrings& Other) const;
 
     // Every line followed by LineBreak ("" for an empty list).
     std::string Text() const;
@@ -70,5 +63,15 @@ public:
     void SetValues(std::string_view Name, std::string_view Value);
 
 private:
-    std::vector<std::string> FLines;
+    const std::string& Line(int32_t Index) const {
+        return Index == 0 ? FFirst : FMore[static_cast<size_t>(Index - 1)];
+    }
+    std::string& Line(int32_t Index) {
+        return Index == 0 ? FFirst : FMore[static_cast<size_t>(Index - 1)];
+    }
+
+    // Most element texts are one line: it is kept inline, so reading one costs no list allocation.
+    int32_t FCount = 0;
+    std::string FFirst;
+    std::vector<std::string> FMore;
 };

@@ -157,7 +157,10 @@ void TXMLNode::SetValue(std::string_view Name, std::string_view Value) {
     // Only the placeholder becomes "&amp;"; a bare "&" is stored as it is. Readers rely on ampersands
     // passing through unchanged.
     std::string stored = ReplaceAll(Value, "ZARVO;amp;", "&amp;", true);
-    if (stored.find_first_of("<>\"") != std::string::npos) {
+    bool special = false;
+    for (char c : stored)
+        special = special || c == '<' || c == '>' || c == '"';
+    if (special) {
         stored = ReplaceAll(stored, "<", "&lt;");
         stored = ReplaceAll(stored, ">", "&gt;");
         stored = ReplaceAll(stored, "\"", "&quot;");
