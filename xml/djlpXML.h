@@ -109,6 +109,9 @@ public:
     virtual ~TXMLNode();
     TXMLNode(const TXMLNode&) = delete;
     TXMLNode& operator=(const TXMLNode&) = delete;
+    // Nodes come from a per-thread pool of recycled blocks: a notice message builds and frees dozens.
+    static void* operator new(size_t Size);
+    static void operator delete(void* Block, size_t Size) noexcept;
 
     TXMLNode* Parent() const { return FParent; }
     // Moves Child here from its old parent. Adding a present child again lists it twice (kept). Child must
