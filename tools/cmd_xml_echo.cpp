@@ -21,7 +21,12 @@ int RunXmlEcho(const std::vector<std::string>& args) {
         std::fprintf(stderr, "nbtool xml-echo: cannot open '%s'\n", args[0].c_str());
         return 2;
     }
-    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string bytes;
+    try {
+        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    } catch (const std::exception&) { // a folder, a vanished file
+        file.setstate(std::ios::badbit);
+    }
     if (file.bad()) {
         std::fprintf(stderr, "nbtool xml-echo: cannot read '%s'\n", args[0].c_str());
         return 2;

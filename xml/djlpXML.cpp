@@ -218,7 +218,12 @@ void TdjlpDOM::CreateRootNode() {
 void TdjlpDOM::LoadFromFile(const std::string& FileName) {
     std::ifstream file(FileName, std::ios::binary);
     if (!file) throw EInOutError("Cannot open file \"" + FileName + "\"");
-    const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string bytes;
+    try {
+        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    } catch (const std::exception&) { // a folder, a vanished file
+        file.setstate(std::ios::badbit);
+    }
     if (file.bad()) throw EInOutError("Cannot read file \"" + FileName + "\"");
     TXMLStream stream(bytes);
     LoadFromStream(stream);

@@ -126,4 +126,5 @@ TEST(XMLTree, DocumentStartsAsVersionedXmlAndLoadsKeepingAttributes) {
     other.ThreadedSaveToFile(file, [](int32_t) { FAIL(); });
     EXPECT_FALSE(std::ifstream(file).good());
     EXPECT_THROW(other.LoadFromFile(file), EInOutError);
+    EXPECT_THROW(other.LoadFromFile(NB_BINARY_DIR), EInOutError);
 }
