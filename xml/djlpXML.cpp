@@ -77,6 +77,7 @@ void TXMLNode::Add(TXMLNode* Child) {
     if (Child->FOwner != this) throw EXMLDOMError("Node is not owned by a tree");
     // Already one of ours: it is listed once more, as callers of the library have always seen it.
     FChildren.push_back(TChildSlot{Child, nullptr});
+    FListedTwice = true;
     Child->FParent = this;
 }
 
@@ -114,6 +115,7 @@ std::unique_ptr<TXMLNode> TXMLNode::Remove(TXMLNode* Child) {
 void TXMLNode::Clear() {
     std::vector<TChildSlot> children;
     children.swap(FChildren);
+    FListedTwice = false;
     for (auto& slot : children) {
         slot.Node->FParent = nullptr;
         slot.Node->FOwner = nullptr;
@@ -129,17 +131,30 @@ TXMLNode* TXMLNode::GetChild(int32_t Index) const {
 }
 
 TXMLNode* TXMLNode::getChildNodeByName(std::string_view Name) const {
-    for (const auto& slot : FChildren)
-        if (slot.Node->FName == Name) return slot.Node;
+    for (size_t i = 0; i < FChildren.size(); ++i) {
+        if (FChildren[i].Node->FName == Name) {
+            FLookupHint = i;
+            return FChildren[i].Node;
+        }
+    }
     return nullptr;
 }
 
 TXMLNode* TXMLNode::getNextChildNodeByName(const TXMLNode* Sibling) const {
-    auto it = std::find_if(FChildren.begin(), FChildren.end(),
-                           [Sibling](const TChildSlot& slot) { return slot.Node == Sibling; });
-    if (it == FChildren.end()) throw Exception("Sibling not found");
-    for (++it; it != FChildren.end(); ++it)
-        if (it->Node->FName == Sibling->FName) return it->Node;
+    // The sibling is usually the child the previous lookup returned; otherwise its first listing counts.
+    size_t i = FLookupHint;
+    if (FListedTwice || i >= FChildren.size() || FChildren[i].Node != Sibling) {
+        i = 0;
+        while (i < FChildren.size() && FChildren[i].Node != Sibling)
+            ++i;
+        if (i == FChildren.size()) throw Exception("Sibling not found");
+    }
+    for (++i; i < FChildren.size(); ++i) {
+        if (FChildren[i].Node->FName == Sibling->FName) {
+            FLookupHint = i;
+            return FChildren[i].Node;
+        }
+    }
     return nullptr;
 }
 

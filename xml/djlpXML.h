@@ -180,6 +180,8 @@ private:
     TXMLNode* FParent = nullptr; // the parent as callers see it
     TXMLNode* FOwner = nullptr;  // the node whose list owns this one (differs only after a partial Remove)
     std::vector<TChildSlot> FChildren;
+    mutable size_t FLookupHint = 0; // index of the child a lookup returned last: iteration stays linear
+    bool FListedTwice = false;      // some child is listed more than once (the hint may then mislead)
     TXMLStrings FProperties;
     std::string FName;
     TXMLStrings FContents;

@@ -27,7 +27,8 @@ TEST(XMLTree, AddingPresentChildListsItTwiceAndRemoveTakesFirst) {
     p.Add(a);
     ASSERT_EQ(p.GetChildCount(), 3);
     EXPECT_EQ(p.GetChild(2), a);
-    EXPECT_EQ(p.Remove(a), nullptr); // still listed, so still owned here
+    EXPECT_EQ(p.getNextChildNodeByName(a), a); // counted from its first listing
+    EXPECT_EQ(p.Remove(a), nullptr);           // still listed, so still owned here
     EXPECT_EQ(p.GetChild(0), b);
     EXPECT_EQ(p.GetChild(1), a);
     EXPECT_EQ(a->Parent(), nullptr);
@@ -75,6 +76,9 @@ TEST(XMLTree, NextChildByNameNeedsSiblingFromThisNode) {
     TXMLNode* x2 = root->getNextChildNodeByName(x1);
     ASSERT_NE(x2, nullptr);
     EXPECT_EQ(x2->GetContents().JoinedText(), "2");
+    ASSERT_NE(root->getChildNodeByName("y"), nullptr);
+    EXPECT_EQ(root->getNextChildNodeByName(x1), x2); // another lookup in between changes nothing
+    EXPECT_EQ(root->getNextChildNodeByName(x2), nullptr);
     TXMLNode stranger(nullptr, "x");
     try {
         root->getNextChildNodeByName(&stranger);
