@@ -26,12 +26,37 @@ std::string XML_Encode(std::string_view Text) {
     return out;
 }
 
+namespace {
+
+// One pass replacing every Entity (which starts with '&') by Character, ignoring case, no rescanning.
+// Jumps from ampersand to ampersand, so text with few entities costs little.
+std::string ReplaceEntity(const std::string& Text, std::string_view Entity, std::string_view Character) {
+    std::string out;
+    size_t from = 0;
+    size_t amp = Text.find('&');
+    while (amp != std::string::npos) {
+        if (amp + Entity.size() <= Text.size() &&
+            SameText(std::string_view(Text).substr(amp, Entity.size()), Entity)) {
+            if (out.empty()) out.reserve(Text.size());
+            out.append(Text, from, amp - from).append(Character);
+            from = amp + Entity.size();
+            amp = Text.find('&', from);
+        } else {
+            amp = Text.find('&', amp + 1);
+        }
+    }
+    if (from == 0) return Text;
+    return out.append(Text, from, std::string::npos);
+}
+
+} // namespace
+
 std::string XML_Decode(std::string_view Text) {
     if (Text.find('&') == std::string_view::npos) return std::string(Text);
     std::string out(Text);
     for (size_t i = 0; i < XMLEntities.size(); ++i) {
         if (out.find('&') == std::string::npos) break; // nothing left that could match
-        out = ReplaceAll(out, XMLEntities[i], XMLCharacters[i], true);
+        out = ReplaceEntity(out, XMLEntities[i], XMLCharacters[i]);
     }
     return out;
 }
