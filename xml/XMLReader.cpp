@@ -173,15 +173,11 @@ void TXMLNode::ReadProperty(TXMLStream& Stream) {
 
 void TXMLNode::ReadText(TXMLStream& Stream) {
     const std::string_view text = TrimView(ScanUntil('<', Stream));
-    bool oneLine = true;
-    for (char c : text)
-        if (c == '\r' || c == '\n') {
-            oneLine = false;
-            break;
-        }
+    const bool oneLine = !text.empty() && !std::memchr(text.data(), '\n', text.size()) &&
+                         !std::memchr(text.data(), '\r', text.size());
     if (oneLine) {
         FContents.Clear();
-        if (!text.empty()) FContents.Add(std::string(text));
+        FContents.Add(std::string(text));
     } else {
         FContents.SetText(text);
     }
