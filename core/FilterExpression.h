@@ -1,7 +1,8 @@
 // The notice store's filter language: the boolean condition a filter text states over the 18 notice fields
 // (comparisons, AND/OR/NOT, IS [NOT] NULL, LIKE, IN, arithmetic, text and date functions), compiled once into
-// a tree of typed nodes that the store asks about each row. Pure functions; any thread may compile, and a
-// compiled filter may be used from one thread at a time (it keeps scratch buffers).
+// a tree of typed nodes that the store asks about each row. Compile on the board's thread (dates in the
+// locale's form are read with the process-wide format settings); a compiled filter may be used from one
+// thread at a time (it keeps scratch buffers).
 #pragma once
 
 #include "core/TRowFilter.h"
