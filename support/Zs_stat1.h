@@ -37,6 +37,8 @@ public:
     const std::vector<std::string>& RowNames() const { return FRowNames; }
     const std::vector<std::string>& ColumnNames() const { return FColumnNames; }
     const std::string& DefaultRowName() const { return FDefaultRowName; }
+    // The counter at list positions (no names, nothing created); both indices must be in range.
+    int32_t CountAt(int32_t Row, int32_t Column) const { return FCounts[Row][Column]; }
 
 private:
     static int32_t IndexOf(const std::unordered_map<std::string, int32_t>& index, const std::string& name);
