@@ -24,9 +24,8 @@ uint32_t TNoticeKeyIndex::HashKey(std::string_view key) {
     return h ^ (h >> 15);
 }
 
-int32_t TNoticeKeyIndex::Find(std::string_view key) const {
+int32_t TNoticeKeyIndex::Find(std::string_view key, uint32_t hash) const {
     if (key.empty() || FTable.empty()) return -1;
-    const uint32_t hash = HashKey(key);
     const size_t mask = FTable.size() - 1;
     for (size_t i = hash & mask;; i = (i + 1) & mask) {
         const TEntry& e = FTable[i];
@@ -52,9 +51,9 @@ void TNoticeKeyIndex::Grow() {
         if (e.SlotPlus1) Place(e.Hash, e.SlotPlus1);
 }
 
-void TNoticeKeyIndex::Insert(int32_t slot) {
+void TNoticeKeyIndex::Insert(int32_t slot, uint32_t hash) {
     if (static_cast<size_t>(FCount + 1) * 2 > FTable.size()) Grow();
-    Place(HashKey(FRows[slot].AsString(nf_adpt_orig_key)), static_cast<uint32_t>(slot) + 1);
+    Place(hash, static_cast<uint32_t>(slot) + 1);
     ++FCount;
 }
 
@@ -88,9 +87,8 @@ void TNoticeKeyIndex::Clear() {
 
 void TNoticeKeyIndex::Rebuild() {
     Clear();
-    for (size_t s = 0; s < FRows.size(); ++s) {
+    for (int32_t s = 0; s < FRows.Size(); ++s) {
         const TNoticeRecord& row = FRows[s];
-        if (!row.IsNull(nf_nb_internal_key) && !row.AsString(nf_adpt_orig_key).empty())
-            Insert(static_cast<int32_t>(s));
+        if (!row.IsNull(nf_nb_internal_key) && !row.AsString(nf_adpt_orig_key).empty()) Insert(s);
     }
 }

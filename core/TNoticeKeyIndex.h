@@ -4,7 +4,7 @@
 // Owned by its store, which keeps it in step with its rows; not thread-safe.
 #pragma once
 
-#include "core/TNoticeRecord.h"
+#include "core/TNoticeRows.h"
 
 #include <cstdint>
 #include <string_view>
@@ -12,14 +12,16 @@
 
 class TNoticeKeyIndex {
 public:
-    explicit TNoticeKeyIndex(const std::vector<TNoticeRecord>& rows) : FRows(rows) {}
+    explicit TNoticeKeyIndex(const TNoticeRows& rows) : FRows(rows) {}
 
     static uint32_t HashKey(std::string_view key);
 
-    // The slot of the row whose key equals key ignoring ASCII case, or -1.
-    int32_t Find(std::string_view key) const;
+    // The slot of the row whose key equals key ignoring ASCII case, or -1. Hash: HashKey(key).
+    int32_t Find(std::string_view key) const { return Find(key, HashKey(key)); }
+    int32_t Find(std::string_view key, uint32_t hash) const;
     // Enters the slot under its row's current key (which must be non-empty and not present).
-    void Insert(int32_t slot);
+    void Insert(int32_t slot) { Insert(slot, HashKey(FRows[slot].AsString(nf_adpt_orig_key))); }
+    void Insert(int32_t slot, uint32_t hash);
     // Removes the slot, entered under key (the key it was inserted with).
     void Erase(int32_t slot, std::string_view key);
     void Clear();
@@ -35,7 +37,7 @@ private:
     void Grow();
     void Place(uint32_t hash, uint32_t slotPlus1);
 
-    const std::vector<TNoticeRecord>& FRows;
+    const TNoticeRows& FRows;
     std::vector<TEntry> FTable; // size a power of two, or empty
     int32_t FCount = 0;
 };

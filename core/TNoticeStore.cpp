@@ -22,7 +22,7 @@ void TNoticeStore::CopyFrom(const TNoticeStore& other) {
     FEof = other.FEof;
     FState = TDataSetState::dsBrowse;
     FBuffer = TNoticeRecord();
-    FIndexName = PrimaryIndexName;
+    FOrigKeyIndex = false;
     FCompiler = other.FCompiler;
     FFilterText = other.FFilterText;
     FFilter = other.FFilter;
@@ -31,7 +31,7 @@ void TNoticeStore::CopyFrom(const TNoticeStore& other) {
 }
 
 void TNoticeStore::EmptyDataSet() {
-    FRows.clear();
+    FRows.Clear();
     FAlive.Clear();
     FPassing.Clear();
     FKeyIndex.Clear();
@@ -43,19 +43,19 @@ void TNoticeStore::EmptyDataSet() {
     NotifyDataSet();
 }
 
-void TNoticeStore::SetIndexName(const std::string& name) {
+void TNoticeStore::SetIndexName(std::string_view name) {
     if (name.empty() || SameText(name, PrimaryIndexName))
-        FIndexName = PrimaryIndexName;
+        FOrigKeyIndex = false;
     else if (SameText(name, OrigKeyIndexName))
-        FIndexName = OrigKeyIndexName;
+        FOrigKeyIndex = true;
     else
-        throw EDatabaseError("Index '" + name + "' not found");
+        throw EDatabaseError("Index '" + std::string(name) + "' not found");
 }
 
 bool TNoticeStore::FindKey(const std::string& value) {
     CheckBrowse();
     int32_t slot = -1;
-    if (FIndexName == OrigKeyIndexName) {
+    if (FOrigKeyIndex) {
         slot = FKeyIndex.Find(value);
     } else {
         int32_t key = 0;
@@ -85,7 +85,7 @@ void TNoticeStore::Edit() {
 
 void TNoticeStore::AppendSlot(TNoticeRecord&& row) {
     const bool passes = FFilter != nullptr && Passes(row);
-    FRows.push_back(std::move(row));
+    FRows.PushBack(std::move(row));
     FAlive.Append(true);
     if (FFilter) FPassing.Append(passes); // without a filter the passing marks are not kept
 }
@@ -93,15 +93,17 @@ void TNoticeStore::AppendSlot(TNoticeRecord&& row) {
 void TNoticeStore::Post() {
     if (FState == TDataSetState::dsBrowse) return;
     const std::string_view key = FBuffer.AsString(nf_adpt_orig_key);
-    const int32_t existing = FKeyIndex.Find(key);
+    const uint32_t hash = TNoticeKeyIndex::HashKey(key);
+    const int32_t existing = FKeyIndex.Find(key, hash);
     if (FState == TDataSetState::dsInsert) {
         if (existing >= 0) throw EDatabaseError("Key violation.");
         if (FNextKey == INT32_MAX) throw EDatabaseError("Key violation.");
         FBuffer.SetInteger(nf_nb_internal_key, FNextKey++);
-        const int32_t slot = static_cast<int32_t>(FRows.size());
-        AppendSlot(std::move(FBuffer));
+        const int32_t slot = FRows.Size();
+        const bool keyed = !key.empty();
+        AppendSlot(std::move(FBuffer)); // key's text moves with the row; only the hash is used below
         FBuffer = TNoticeRecord();
-        if (!FRows[slot].AsString(nf_adpt_orig_key).empty()) FKeyIndex.Insert(slot);
+        if (keyed) FKeyIndex.Insert(slot, hash);
         FState = TDataSetState::dsBrowse;
         if (SlotVisible(slot)) SetCurrent(slot);
         NotifyDataSet();
@@ -286,9 +288,9 @@ void TNoticeStore::RecomputePassing() {
         FPassing.Clear();
         return;
     }
-    std::vector<int8_t> marks(FRows.size(), 0);
-    for (size_t s = 0; s < FRows.size(); ++s)
-        marks[s] = (FAlive.Get(static_cast<int32_t>(s)) && Passes(FRows[s])) ? 1 : 0;
+    std::vector<int8_t> marks(static_cast<size_t>(FRows.Size()), 0);
+    for (int32_t s = 0; s < FRows.Size(); ++s)
+        marks[s] = (FAlive.Get(s) && Passes(FRows[s])) ? 1 : 0;
     FPassing.Assign(marks);
 }
 

@@ -19,6 +19,7 @@
 #include "core/TFenwickTree.h"
 #include "core/TNoticeKeyIndex.h"
 #include "core/TNoticeRecord.h"
+#include "core/TNoticeRows.h"
 #include "core/TRowFilter.h"
 #include "support/Exception.h"
 
@@ -26,6 +27,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class EDatabaseError : public Exception {
@@ -69,8 +71,8 @@ public:
 
     // Indexes: "primaryIdx" (FindKey takes a decimal nb_internal_key) or "Orig_Key_Index". Any other name
     // raises EDatabaseError "Index 'x' not found".
-    void SetIndexName(const std::string& name);
-    const std::string& IndexName() const { return FIndexName; }
+    void SetIndexName(std::string_view name);
+    std::string IndexName() const { return FOrigKeyIndex ? OrigKeyIndexName : PrimaryIndexName; }
     // Exact seek on the current index among the rows the filter passes; the found row becomes current.
     bool FindKey(const std::string& value);
 
@@ -139,9 +141,9 @@ private:
     void NotifyRecord(int32_t key);
     void NotifyCurrent();
 
-    std::vector<TNoticeRecord> FRows; // slot = nb_internal_key - 1; a deleted row is all null
-    TFenwickTree FAlive;              // 1 for every live row
-    TFenwickTree FPassing;            // 1 for every live row the filter passes (kept while a filter is set)
+    TNoticeRows FRows;     // slot = nb_internal_key - 1; a deleted row is all null
+    TFenwickTree FAlive;   // 1 for every live row
+    TFenwickTree FPassing; // 1 for every live row the filter passes (kept while a filter is set)
     TNoticeKeyIndex FKeyIndex;
     int32_t FNextKey = 1;
     int32_t FCur = -1; // current slot, -1 when none
@@ -149,7 +151,7 @@ private:
     bool FEof = true;
     TDataSetState FState = TDataSetState::dsBrowse;
     TNoticeRecord FBuffer;
-    std::string FIndexName = PrimaryIndexName;
+    bool FOrigKeyIndex = false; // the current index is "Orig_Key_Index"
     int32_t FDisableCount = 0;
     bool FChangedWhileDisabled = false;
     std::vector<INoticeStoreListener*> FListeners;

@@ -27,14 +27,18 @@ void TStats_Obj::Append(std::vector<std::string>& names, std::unordered_map<std:
 }
 
 int32_t TStats_Obj::IndexOf(const std::unordered_map<std::string, int32_t>& index, const std::string& name) {
-    const auto it = index.find(LowerCase(name));
+    const auto it = index.find(name); // name is standardised, so lower case already
     return it == index.end() ? -1 : it->second;
 }
 
 std::string TStats_Obj::Standardise_Name(const std::string& Name, const std::string& Fallback) const {
-    std::string result = LowerCase(Trim(Name));
-    if (result.empty()) result = LowerCase(Trim(Fallback));
-    return result;
+    std::string_view s = Name;
+    while (!s.empty() && static_cast<unsigned char>(s.front()) <= ' ')
+        s.remove_prefix(1);
+    while (!s.empty() && static_cast<unsigned char>(s.back()) <= ' ')
+        s.remove_suffix(1);
+    if (s.empty()) return Fallback.empty() ? std::string() : Standardise_Name(Fallback, "");
+    return LowerCase(s);
 }
 
 int32_t TStats_Obj::Find_Row(const std::string& RowName) const {

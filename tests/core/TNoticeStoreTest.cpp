@@ -265,3 +265,20 @@ TEST(TNoticeStore, RandomInsertsAndDeletesAgreeWithASimpleModel) {
         ASSERT_EQ(store.RecNo(), static_cast<int32_t>(i + 1));
     }
 }
+
+TEST(TNoticeRecord, SetStringsReplacesOnlyTheMaskedFields) {
+    TNoticeRecord row;
+    row.SetString(nf_adpt_id, "id");
+    row.SetString(nf_note_text, "old text");
+    row.SetString(nf_note_severity_str, "Fatal");
+    std::string_view values[NoticeFieldCount];
+    values[nf_note_text] = "a much longer text than before";
+    values[nf_ack_code] = "";
+    row.SetStrings(values, (1u << nf_note_text) | (1u << nf_ack_code));
+    EXPECT_EQ(row.AsString(nf_adpt_id), "id");
+    EXPECT_EQ(row.AsString(nf_note_text), "a much longer text than before");
+    EXPECT_EQ(row.AsString(nf_note_severity_str), "Fatal");
+    EXPECT_FALSE(row.IsNull(nf_ack_code));
+    EXPECT_TRUE(row.IsNull(nf_del_code));
+    EXPECT_EQ(row.TextBytes(), 2u + 30u + 5u);
+}
