@@ -7,9 +7,11 @@
 #include <cstdint>
 #include <vector>
 
+#include "core/TBlockVector.h"
+
 class TFenwickTree {
 public:
-    int32_t Size() const { return static_cast<int32_t>(FTree.size()) - 1; }
+    int32_t Size() const { return FTree.Size() - 1; }
     int32_t Total() const { return FTotal; }
     bool Get(int32_t slot) const { return FValues[slot] != 0; }
 
@@ -18,8 +20,8 @@ public:
         const int32_t i = Size() + 1; // 1-based position of the new slot
         const int32_t low = i & -i;
         // The new node covers (i - low, i]: its own mark plus the slots before it in that range.
-        FTree.push_back((marked ? 1 : 0) + Prefix(i - 2) - Prefix(i - low - 1));
-        FValues.push_back(marked ? 1 : 0);
+        FTree.PushBack((marked ? 1 : 0) + Prefix(i - 2) - Prefix(i - low - 1));
+        FValues.PushBack(marked ? 1 : 0);
         FTotal += marked ? 1 : 0;
     }
 
@@ -29,7 +31,7 @@ public:
         const int32_t delta = v - FValues[slot];
         FValues[slot] = v;
         FTotal += delta;
-        for (int32_t i = slot + 1; i < static_cast<int32_t>(FTree.size()); i += i & -i)
+        for (int32_t i = slot + 1; i < FTree.Size(); i += i & -i)
             FTree[i] += delta;
     }
 
@@ -59,25 +61,32 @@ public:
 
     // Rebuilds from a mark per slot in O(n).
     void Assign(const std::vector<int8_t>& marks) {
-        FValues = marks;
-        FTree.assign(marks.size() + 1, 0);
-        FTotal = 0;
-        for (std::size_t i = 1; i < FTree.size(); ++i) {
-            FTree[i] += marks[i - 1];
-            FTotal += marks[i - 1];
-            const std::size_t parent = i + (i & (~i + 1));
-            if (parent < FTree.size()) FTree[parent] += FTree[i];
+        Clear();
+        const int32_t n = static_cast<int32_t>(marks.size());
+        for (int32_t i = 0; i < n; ++i) {
+            FValues.PushBack(int8_t(marks[i]));
+            FTree.PushBack(int32_t(marks[i]));
+            FTotal += marks[i];
+        }
+        for (int32_t i = 1; i <= n; ++i) {
+            const int32_t parent = i + (i & -i);
+            if (parent <= n) FTree[parent] += FTree[i];
         }
     }
 
     void Clear() {
-        FTree.assign(1, 0);
-        FValues.clear();
+        FTree.Clear();
+        FTree.PushBack(0);
+        FValues.Clear();
         FTotal = 0;
     }
 
 private:
-    std::vector<int32_t> FTree = std::vector<int32_t>(1, 0); // 1-based
-    std::vector<int8_t> FValues;
+    TBlockVector<int32_t> FTree = [] {
+        TBlockVector<int32_t> t;
+        t.PushBack(0); // position 0 is unused: the tree is 1-based
+        return t;
+    }();
+    TBlockVector<int8_t> FValues;
     int32_t FTotal = 0;
 };

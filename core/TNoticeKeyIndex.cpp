@@ -1,5 +1,7 @@
 #include "core/TNoticeKeyIndex.h"
 
+#include <new>
+
 namespace {
 
 inline unsigned char Fold(unsigned char c) {
@@ -15,6 +17,11 @@ bool SameKey(std::string_view a, std::string_view b) {
 
 } // namespace
 
+TNoticeKeyIndex::TTable::TTable(size_t size)
+    : FData(static_cast<TEntry*>(std::calloc(size, sizeof(TEntry)))), FSize(size) {
+    if (!FData) throw std::bad_alloc();
+}
+
 uint32_t TNoticeKeyIndex::HashKey(std::string_view key) {
     uint32_t h = 2166136261u;
     for (unsigned char c : key) {
@@ -24,15 +31,22 @@ uint32_t TNoticeKeyIndex::HashKey(std::string_view key) {
     return h ^ (h >> 15);
 }
 
-int32_t TNoticeKeyIndex::Find(std::string_view key, uint32_t hash) const {
-    if (key.empty() || FTable.empty()) return -1;
-    const size_t mask = FTable.size() - 1;
+int32_t TNoticeKeyIndex::FindIn(const TTable& table, std::string_view key, uint32_t hash) const {
+    if (table.empty()) return -1;
+    const size_t mask = table.size() - 1;
     for (size_t i = hash & mask;; i = (i + 1) & mask) {
-        const TEntry& e = FTable[i];
+        const TEntry& e = table[i];
         if (e.SlotPlus1 == 0) return -1;
-        if (e.Hash == hash && SameKey(FRows[e.SlotPlus1 - 1].AsString(nf_adpt_orig_key), key))
+        if (e.SlotPlus1 != Removed && e.Hash == hash &&
+            SameKey(FRows[static_cast<int32_t>(e.SlotPlus1 - 1)].AsString(nf_adpt_orig_key), key))
             return static_cast<int32_t>(e.SlotPlus1 - 1);
     }
+}
+
+int32_t TNoticeKeyIndex::Find(std::string_view key, uint32_t hash) const {
+    if (key.empty()) return -1;
+    const int32_t slot = FindIn(FTable, key, hash);
+    return slot >= 0 || FOld.empty() ? slot : FindIn(FOld, key, hash);
 }
 
 void TNoticeKeyIndex::Place(uint32_t hash, uint32_t slotPlus1) {
@@ -43,45 +57,77 @@ void TNoticeKeyIndex::Place(uint32_t hash, uint32_t slotPlus1) {
     FTable[i] = {hash, slotPlus1};
 }
 
+void TNoticeKeyIndex::Migrate(size_t buckets) {
+    for (; buckets > 0 && FMigrated < FOld.size(); --buckets, ++FMigrated) {
+        const TEntry& e = FOld[FMigrated];
+        if (e.SlotPlus1 != 0 && e.SlotPlus1 != Removed) Place(e.Hash, e.SlotPlus1);
+    }
+    if (FMigrated == FOld.size()) {
+        FOld.clear();
+        FMigrated = 0;
+    }
+}
+
 void TNoticeKeyIndex::Grow() {
-    std::vector<TEntry> old;
-    old.swap(FTable);
-    FTable.assign(old.empty() ? 64 : old.size() * 2, TEntry{0, 0});
-    for (const TEntry& e : old)
-        if (e.SlotPlus1) Place(e.Hash, e.SlotPlus1);
+    Migrate(FOld.size()); // finish an earlier growth first (only when insertions outran the copying)
+    FOld.swap(FTable);
+    TTable bigger(FOld.empty() ? 64 : FOld.size() * 2);
+    FTable.swap(bigger);
+    FMigrated = 0;
+    if (FOld.size() <= 1024) Migrate(FOld.size()); // small tables are copied at once
 }
 
 void TNoticeKeyIndex::Insert(int32_t slot, uint32_t hash) {
     if (static_cast<size_t>(FCount + 1) * 2 > FTable.size()) Grow();
     Place(hash, static_cast<uint32_t>(slot) + 1);
     ++FCount;
+    if (!FOld.empty()) Migrate(MigrateStep);
+}
+
+size_t TNoticeKeyIndex::Locate(const TTable& table, uint32_t hash, uint32_t slotPlus1) {
+    if (table.empty()) return SIZE_MAX;
+    const size_t mask = table.size() - 1;
+    for (size_t i = hash & mask;; i = (i + 1) & mask) {
+        if (table[i].SlotPlus1 == slotPlus1) return i;
+        if (table[i].SlotPlus1 == 0) return SIZE_MAX;
+    }
 }
 
 void TNoticeKeyIndex::Erase(int32_t slot, std::string_view key) {
-    if (FTable.empty() || key.empty()) return;
-    const size_t mask = FTable.size() - 1;
-    size_t i = HashKey(key) & mask;
-    while (FTable[i].SlotPlus1 != static_cast<uint32_t>(slot) + 1) {
-        if (FTable[i].SlotPlus1 == 0) return; // was never entered
-        i = (i + 1) & mask;
+    if (key.empty()) return;
+    const uint32_t hash = HashKey(key);
+    const uint32_t slotPlus1 = static_cast<uint32_t>(slot) + 1;
+    bool found = false;
+    // The old table keeps its chains intact with a marker: it is read in bucket order while being copied.
+    const size_t old = Locate(FOld, hash, slotPlus1);
+    if (old != SIZE_MAX) {
+        FOld[old].SlotPlus1 = Removed;
+        found = true;
     }
-    // Backward-shift deletion keeps every probe chain unbroken without tombstones.
-    FTable[i] = {0, 0};
-    --FCount;
-    for (size_t j = (i + 1) & mask; FTable[j].SlotPlus1 != 0; j = (j + 1) & mask) {
-        const size_t home = FTable[j].Hash & mask;
-        // Move entry j into the hole when its home is not in the cyclic range (i, j].
-        const bool inRange = i <= j ? (home > i && home <= j) : (home > i || home <= j);
-        if (!inRange) {
-            FTable[i] = FTable[j];
-            FTable[j] = {0, 0};
-            i = j;
+    size_t i = Locate(FTable, hash, slotPlus1);
+    if (i != SIZE_MAX) {
+        found = true;
+        // Backward-shift deletion keeps every probe chain unbroken without markers.
+        const size_t mask = FTable.size() - 1;
+        FTable[i] = {0, 0};
+        for (size_t j = (i + 1) & mask; FTable[j].SlotPlus1 != 0; j = (j + 1) & mask) {
+            const size_t home = FTable[j].Hash & mask;
+            // Move entry j into the hole when its home is not in the cyclic range (i, j].
+            const bool inRange = i <= j ? (home > i && home <= j) : (home > i || home <= j);
+            if (!inRange) {
+                FTable[i] = FTable[j];
+                FTable[j] = {0, 0};
+                i = j;
+            }
         }
     }
+    if (found) --FCount;
 }
 
 void TNoticeKeyIndex::Clear() {
     FTable.clear();
+    FOld.clear();
+    FMigrated = 0;
     FCount = 0;
 }
 

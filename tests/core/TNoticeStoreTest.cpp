@@ -246,9 +246,9 @@ TEST(TNoticeStore, RandomInsertsAndDeletesAgreeWithASimpleModel) {
     store.SetIndexName("Orig_Key_Index");
     std::vector<std::string> live; // keys in key order
     uint32_t seed = 12345;
-    auto rnd = [&] { return seed = seed * 1103515245u + 12345u, (seed >> 8) % 1000; };
-    for (int step = 0; step < 20000; ++step) {
-        const std::string key = "K" + std::to_string(rnd() % 300);
+    auto rnd = [&] { return seed = seed * 1103515245u + 12345u, seed >> 8; };
+    for (int step = 0; step < 60000; ++step) {
+        const std::string key = "K" + std::to_string(rnd() % 5000);
         if (store.FindKey(key)) {
             store.Delete();
             live.erase(std::find(live.begin(), live.end(), key));
@@ -263,6 +263,11 @@ TEST(TNoticeStore, RandomInsertsAndDeletesAgreeWithASimpleModel) {
     for (size_t i = 0; i < live.size(); ++i) {
         ASSERT_TRUE(store.FindKey(live[i]));
         ASSERT_EQ(store.RecNo(), static_cast<int32_t>(i + 1));
+    }
+    for (int k = 0; k < 5000; ++k) {
+        const std::string key = "k" + std::to_string(k);
+        const bool isLive = std::find(live.begin(), live.end(), "K" + std::to_string(k)) != live.end();
+        ASSERT_EQ(store.FindKey(key), isLive) << key;
     }
 }
 
