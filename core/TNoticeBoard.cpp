@@ -36,14 +36,18 @@ void TNoticeBoard::Process_XML_Notice(const std::string& XMLText) {
     const auto tree = std::make_unique<TXMLNode>(std::string_view(XMLText));
 
     FBusy = true;
-    if (FListener) {
-        FListener->SetHourglass(true);
-        FListener->ShowBusyImages(true);
-    }
     struct TFinally {
         TNoticeBoard& Board;
         ~TFinally() { Board.FinishMessage(); }
     } finally{*this};
+    if (FListener) {
+        try {
+            FListener->SetHourglass(true);
+            FListener->ShowBusyImages(true);
+        } catch (...) {
+            // the window's cursor and marks are cosmetic; the message is applied regardless
+        }
+    }
 
     const TXMLNode* list = tree->getChildNodeByName("NoticeList");
     if (!list) {

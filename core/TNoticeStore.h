@@ -80,7 +80,9 @@ public:
     TDataSetState State() const { return FState; }
     void Append(); // posts a pending edit first; buffer = a row with every field null
     void Edit();   // buffer = copy of the current row; EDatabaseError on an empty store
-    void Post();   // EDatabaseError "Key violation." when the key exists already (any letter case)
+    // Stores the buffer; an inserted row gets the next nb_internal_key whatever the buffer held, an edited
+    // row keeps its own. EDatabaseError "Key violation." when the key exists already (any letter case).
+    void Post();
     void Cancel();
     void Delete(); // deletes the current row (cancels a pending insert instead)
     // The row being inserted or edited; EDatabaseError "Dataset not in edit or insert mode" in browse state.

@@ -62,6 +62,8 @@ void SetNoticeWake(std::function<void()> WakeFunction) {
 }
 
 int32_t ProcessPendingNotices() {
+    // A window that pumps events while a message is being applied must not start another one inside it.
+    if (TheBoard && TheBoard->Busy()) return 0;
     int32_t applied = 0;
     std::string text;
     while (TakeNext(text)) {

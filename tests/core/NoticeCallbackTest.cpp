@@ -75,3 +75,40 @@ TEST_F(NoticeBoardTest, WithoutABoardTheCallbackFailsCleanly) {
     EXPECT_EQ(Send(Message(Notice("post", El("adpt_orig_key", "a")))), ZNB_NOTICE_FAILED);
     EXPECT_EQ(Store().TotalCount(), 0);
 }
+
+namespace {
+struct TRecordingListener : INoticeBoardListener {
+    TNoticeBoard* Board = nullptr;
+    std::string Log;
+    bool BusyDuringReload = false;
+    int32_t AppliedDuringReload = -1;
+    void SetHourglass(bool on) override { Log += on ? "H+" : "H-"; }
+    void ShowBusyImages(bool busy) override { Log += busy ? "B+" : "B-"; }
+    void ReloadGrid() override {
+        Log += "R";
+        BusyDuringReload = Board->Busy();
+        AppliedDuringReload = ProcessPendingNotices();
+    }
+    void SetStatusText(const std::string& text) override { Log += "[" + text + "]"; }
+};
+} // namespace
+
+TEST_F(NoticeBoardTest, WindowSeesBusyMarksReloadAndStatusAroundEachMessage) {
+    TRecordingListener listener;
+    listener.Board = Board.get();
+    Board->SetListener(&listener);
+    std::thread adapter([&] { Send(Message(Notice("post", El("adpt_orig_key", "queued")))); });
+    adapter.join();
+    Send(Message(Notice("post", El("adpt_orig_key", "a"))));
+    // The queued message went first, then the direct one; none started inside the reload.
+    EXPECT_EQ(listener.Log, "H+B+RH-[Total notices: 1]B-H+B+RH-[Total notices: 2]B-");
+    EXPECT_TRUE(listener.BusyDuringReload);
+    EXPECT_EQ(listener.AppliedDuringReload, 0);
+    listener.Log.clear();
+    Send("<Msg/>");
+    EXPECT_EQ(listener.Log, "H+B+H-[Total notices: 2]B-");
+    listener.Log.clear();
+    EXPECT_EQ(Send("<Msg><NoticeList></Msg>"), ZNB_NOTICE_FAILED);
+    EXPECT_EQ(listener.Log, ""); // a malformed text changes nothing on screen
+    Board->SetListener(nullptr);
+}
