@@ -23,13 +23,19 @@ struct TNoticeElements {
                 m.emplace(NoticeBdColumnArray[c].FieldName, c);
             return m;
         }();
+        static const std::array<std::string_view, NoticeFieldCount> names = [] {
+            std::array<std::string_view, NoticeFieldCount> n;
+            for (size_t c = 0; c < NoticeBdColumnArray.size(); ++c)
+                n[c] = NoticeBdColumnArray[c].FieldName;
+            return n;
+        }();
         size_t guess = 0;
         const int32_t count = Notice.GetChildCount();
         for (int32_t i = 0; i < count; ++i) {
             const TXMLNode* child = Notice.GetChild(i);
-            const std::string& name = child->GetName(); // names match exactly, as the XML library's do
+            const std::string_view name = child->GetName(); // names match exactly, as the XML library's do
             size_t column = NoticeBdColumnArray.size();
-            if (guess < NoticeBdColumnArray.size() && name == NoticeBdColumnArray[guess].FieldName) {
+            if (guess < names.size() && name == names[guess]) {
                 column = guess;
             } else {
                 const auto it = columnOf.find(name);
