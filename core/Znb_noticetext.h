@@ -31,16 +31,6 @@ inline std::string_view ElementText(const TXMLNode& Node, std::string& Scratch) 
     return Scratch;
 }
 
-// Trim without copying: drops leading and trailing characters <= ' '.
-inline std::string_view TrimView(std::string_view s) {
-    size_t b = 0, e = s.size();
-    while (b < e && static_cast<unsigned char>(s[b]) <= ' ')
-        ++b;
-    while (e > b && static_cast<unsigned char>(s[e - 1]) <= ' ')
-        --e;
-    return s.substr(b, e - b);
-}
-
 // Keys are looked up with apostrophes doubled, but stored as sent: a key holding an apostrophe is never
 // found again. Senders' duplicate handling relies on this staying as it is.
 inline std::string LookupKey(std::string Key) {

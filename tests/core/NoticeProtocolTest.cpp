@@ -1,21 +1,7 @@
 #include "NoticeBoardFixture.h"
+#include "SeverityFilter.h"
 
 #include "support/DateUtils.h"
-
-namespace {
-
-class TSeverityFilter : public IRowFilter {
-public:
-    explicit TSeverityFilter(int32_t s) : FSeverity(s) {}
-    bool Accept(const TNoticeRecord& row) const override {
-        return row.AsInteger(nf_note_severity) == FSeverity;
-    }
-
-private:
-    int32_t FSeverity;
-};
-
-} // namespace
 
 TEST_F(NoticeBoardTest, RepeatedPostInAnyCaseUpdatesAndKeepsFirstRaisedDate) {
     EXPECT_EQ(Send(Message(Notice("post", El("adpt_orig_key", "Db1/Disk") + El("note_count", "1") +
