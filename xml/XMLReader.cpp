@@ -109,15 +109,6 @@ std::string_view ScanUntil(char Stop, TXMLStream& Stream) {
     return std::string_view(p, static_cast<size_t>(q - p));
 }
 
-std::string_view TrimView(std::string_view s) {
-    size_t b = 0, e = s.size();
-    while (b < e && static_cast<unsigned char>(s[b]) <= ' ')
-        ++b;
-    while (e > b && static_cast<unsigned char>(s[e - 1]) <= ' ')
-        --e;
-    return s.substr(b, e - b);
-}
-
 } // namespace
 
 void TXMLNode::ReadFromStream(TXMLStream& Stream) {
