@@ -7,6 +7,7 @@
 #include "core/Znb_callback.h"
 #include "core/Znb_data.h"
 #include "core/Znb_storetext.h"
+#include "views/FilterApply.h"
 
 #include <cstdio>
 #include <fstream>
@@ -28,14 +29,16 @@ bool ReadWholeFile(const std::string& fileName, std::string& bytes) {
 }
 
 int Usage() {
-    std::fprintf(stderr,
-                 "usage: nbtool replay [--results] [--counters] [--status] [--log FILE] MESSAGE_FILE...\n");
+    std::fprintf(
+        stderr,
+        "usage: nbtool replay [--results] [--counters] [--status] [--log FILE] [--filter-file FILE.nbf] "
+        "[--filter EXPR] MESSAGE_FILE...\n");
     return 2;
 }
 
 int RunReplay(const std::vector<std::string>& args) {
     bool results = false, counters = false, status = false;
-    std::string logFile;
+    std::string logFile, filterFile, filterText;
     std::vector<std::string> files;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
@@ -47,6 +50,10 @@ int RunReplay(const std::vector<std::string>& args) {
             status = true;
         else if (a == "--log" && i + 1 < args.size())
             logFile = args[++i];
+        else if (a == "--filter-file" && i + 1 < args.size())
+            filterFile = args[++i];
+        else if (a == "--filter" && i + 1 < args.size())
+            filterText = args[++i];
         else if (a.size() > 1 && a[0] == '-')
             return Usage();
         else
@@ -74,6 +81,17 @@ int RunReplay(const std::vector<std::string>& args) {
         outcomes.emplace_back(file, NoticeCallback(0, &text, 0));
     }
 
+    // The filter applies to the store as the board left it, as choosing one in the window does.
+    try {
+        if (!filterFile.empty()) ApplyFilterFile(filterFile, board.cdsNoticeBd());
+        if (!filterText.empty()) ApplyFilterText(filterText, board.cdsNoticeBd());
+    } catch (const Exception& e) {
+        std::fprintf(stderr, "nbtool replay: %s\n", e.Message().c_str());
+        SetNoticeBoard(nullptr);
+        NBConfig.reset();
+        return 1;
+    }
+
     std::string out;
     if (results)
         for (const auto& [file, result] : outcomes)
@@ -94,10 +112,10 @@ int RunReplay(const std::vector<std::string>& args) {
 const TNbtoolCommandRegistrar
     Registrar({"replay",
                "  nbtool replay [--results] [--counters] [--status] [--log FILE] "
-               "MESSAGE_FILE...\n"
+               "[--filter-file FILE.nbf] [--filter EXPR] MESSAGE_FILE...\n"
                "      Hands each file to the notice callback as an adapter would and\n"
                "      prints the results, the store, the per-node counters and the\n"
-               "      status bar text.",
+               "      status bar text. A filter shows only the rows it passes.",
                RunReplay});
 
 } // namespace
