@@ -1,5 +1,10 @@
 #include "core/FilterLike.h"
 
+#include <cstring>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 // Length of the character starting at s[i]: one byte, or a whole UTF-8 sequence, so that '_' stands for
@@ -13,7 +18,50 @@ size_t CharLength(std::string_view s, size_t i) {
     return n;
 }
 
+#if defined(__SSE2__)
+// Candidate positions of needle in the 16 starting at p: its first byte at p + i and its last at p + i + n
+// - 1.
+inline unsigned Candidates(const char* p, size_t n, __m128i first, __m128i last) {
+    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + n - 1));
+    return static_cast<unsigned>(
+        _mm_movemask_epi8(_mm_and_si128(_mm_cmpeq_epi8(a, first), _mm_cmpeq_epi8(b, last))));
+}
+
+bool Verify(const char* p, unsigned mask, std::string_view needle) {
+    while (mask != 0) {
+        const unsigned bit = static_cast<unsigned>(__builtin_ctz(mask));
+        if (std::memcmp(p + bit + 1, needle.data() + 1, needle.size() - 2) == 0) return true;
+        mask &= mask - 1;
+    }
+    return false;
+}
+#endif
+
 } // namespace
+
+// A summary is tens of bytes long, so the search is mostly per-call overhead: testing sixteen positions at
+// once for the needle's first and last byte leaves little but the final comparison.
+bool ContainsText(std::string_view s, std::string_view needle) {
+#if defined(__SSE2__)
+    const size_t n = needle.size();
+    if (n >= 2 && s.size() >= n + 15) {
+        const __m128i first = _mm_set1_epi8(needle[0]);
+        const __m128i last = _mm_set1_epi8(needle[n - 1]);
+        const size_t end = s.size() - n + 1; // one past the last possible start
+        size_t i = 0;
+        for (; i + 16 <= end; i += 16) {
+            if (Verify(s.data() + i, Candidates(s.data() + i, n, first, last), needle)) return true;
+        }
+        if (i == end) return false;
+        // The last block ends at the last start; positions already tested are masked off.
+        const size_t start = end - 16;
+        const unsigned mask = Candidates(s.data() + start, n, first, last) & (0xFFFFu << (i - start));
+        return Verify(s.data() + start, mask, needle);
+    }
+#endif
+    return s.find(needle) != std::string_view::npos;
+}
 
 bool LikeMatch(std::string_view s, std::string_view p) {
     size_t si = 0, pi = 0;
@@ -83,7 +131,7 @@ bool TLikePattern::Match(std::string_view s) const {
     case TShape::Suffix:
         return s.ends_with(FFirst);
     case TShape::Contains:
-        return s.find(FFirst) != std::string_view::npos;
+        return ContainsText(s, FFirst);
     case TShape::PrefixSuffix:
         return s.size() >= FFirst.size() + FSecond.size() && s.starts_with(FFirst) && s.ends_with(FSecond);
     case TShape::General:

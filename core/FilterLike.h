@@ -21,5 +21,8 @@ private:
     std::string FSecond;  // the suffix of PrefixSuffix
 };
 
+// True when needle occurs in s (an empty needle always does).
+bool ContainsText(std::string_view s, std::string_view needle);
+
 // The general matcher: backtracks only to the last '%', so time is at most text length x pattern length.
 bool LikeMatch(std::string_view s, std::string_view pattern);

@@ -1,5 +1,6 @@
 // The filter language on the expressions the filter editor writes and on hand-typed ones.
 #include "core/FilterExpression.h"
+#include "core/FilterLike.h"
 #include "support/DateUtils.h"
 
 #include <gtest/gtest.h>
@@ -147,4 +148,20 @@ TEST(FilterLanguage, LikeBacktracksOnlyToTheLastPercent) {
     row.SetString(nf_note_text, std::string(20000, 'a'));
     EXPECT_FALSE(Passes("note_text LIKE '%a%a%a%a%a%a%a%a%a%a%a%a%b'", row));
     EXPECT_TRUE(Passes("note_text LIKE '%a%a%a%a%a%a%a%a%a%a%a%a_'", row));
+}
+
+TEST(FilterLanguage, ContainsFindsPartsAtEveryPlace) {
+    // Parts at every offset of texts longer and shorter than one search block, and near misses.
+    for (size_t len : {3u, 15u, 16u, 17u, 20u, 31u, 32u, 33u, 47u, 100u}) {
+        for (size_t at = 0; at + 3 <= len; ++at) {
+            std::string text(len, '.');
+            text.replace(at, 3, "f-l");
+            EXPECT_TRUE(ContainsText(text, "f-l")) << len << " " << at;
+            EXPECT_FALSE(ContainsText(text, "f_l")) << len << " " << at;
+            text[at + 1] = '+';
+            EXPECT_FALSE(ContainsText(text, "f-l")) << len << " " << at;
+        }
+        EXPECT_TRUE(ContainsText(std::string(len, 'a'), "a"));
+        EXPECT_TRUE(ContainsText(std::string(len, 'a'), ""));
+    }
 }
