@@ -7,6 +7,8 @@
 #include <charconv>
 #include <cmath>
 
+namespace FilterLanguage {
+
 namespace {
 
 const TNoticeRecord EmptyRow;
@@ -278,3 +280,5 @@ TTyped ToNumber(TTyped v) {
     }
     ThrowAt("Expected a number, not " + TypeName(v.Type), v);
 }
+
+} // namespace FilterLanguage

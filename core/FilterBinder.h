@@ -9,6 +9,8 @@
 
 #include <string>
 
+namespace FilterLanguage {
+
 TBoolPtr BindFilterCondition(const TFilterAst& root);
 
 enum class TVType { Bool, Number, DateTime, Text };
@@ -42,3 +44,5 @@ TTyped ToNumber(TTyped v);
 bool ParseFilterDate(const std::string& text, double& value);
 std::string TypeName(TVType type);
 [[noreturn]] void ThrowAt(const std::string& what, const TTyped& at);
+
+} // namespace FilterLanguage

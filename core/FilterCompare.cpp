@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace FilterLanguage {
+
 namespace {
 
 template <TCmpOp Op, typename T> inline bool Holds(const T& a, const T& b) {
@@ -254,3 +256,5 @@ TBoolPtr MakeInNum(TNumPtr v, std::vector<double> l) {
 TBoolPtr MakeInStr(TStrPtr v, std::vector<std::string> l) {
     return std::make_unique<TInStr>(std::move(v), std::move(l));
 }
+
+} // namespace FilterLanguage

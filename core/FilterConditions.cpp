@@ -4,6 +4,8 @@
 #include "core/FilterLexer.h"
 #include "support/StrUtils.h"
 
+namespace FilterLanguage {
+
 namespace {
 
 TCmpOp CmpOpOf(const std::string& s) {
@@ -202,3 +204,5 @@ TTyped BindCondition(const TFilterAst& ast) {
 TBoolPtr BindFilterCondition(const TFilterAst& root) {
     return RequireCondition(root, "A filter");
 }
+
+} // namespace FilterLanguage

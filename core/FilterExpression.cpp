@@ -7,6 +7,8 @@
 
 #include <new>
 
+using namespace FilterLanguage;
+
 namespace {
 
 class TCompiledFilter final : public IRowFilter {
@@ -66,7 +68,7 @@ bool ParseIsoDate(const std::string& s, double& value) {
 
 } // namespace
 
-bool ParseFilterDate(const std::string& text, double& value) {
+bool FilterLanguage::ParseFilterDate(const std::string& text, double& value) {
     const std::string t = Trim(text);
     return ParseIsoDate(t, value) || TryStrToDateTime(t, value, FormatSettings());
 }

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <cstdio>
 
+namespace FilterLanguage {
+
 namespace {
 
 class TArith final : public TNumNode {
@@ -223,3 +225,5 @@ std::string NumberText(double value) {
     std::snprintf(buf, sizeof buf, "%.15g", value);
     return buf;
 }
+
+} // namespace FilterLanguage

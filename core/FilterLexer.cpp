@@ -5,6 +5,8 @@
 
 #include <cstdio>
 
+namespace FilterLanguage {
+
 namespace {
 
 bool IsNameStart(char c) {
@@ -165,3 +167,5 @@ TFilterToken TFilterLexer::Next() {
     }
     return tok;
 }
+
+} // namespace FilterLanguage

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+namespace FilterLanguage {
+
 enum class TFilterTokenKind { End, Name, BracketName, Text, Number, Symbol };
 
 struct TFilterToken {
@@ -43,3 +45,5 @@ private:
     int FLine = 1;
     int FColumn = 1;
 };
+
+} // namespace FilterLanguage

@@ -5,6 +5,8 @@
 #include <emmintrin.h>
 #endif
 
+namespace FilterLanguage {
+
 namespace {
 
 // Length of the character starting at s[i]: one byte, or a whole UTF-8 sequence, so that '_' stands for
@@ -139,3 +141,5 @@ bool TLikePattern::Match(std::string_view s) const {
     }
     return LikeMatch(s, FPattern);
 }
+
+} // namespace FilterLanguage

@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+namespace FilterLanguage {
+
 class TLikePattern {
 public:
     explicit TLikePattern(std::string_view pattern);
@@ -26,3 +28,5 @@ bool ContainsText(std::string_view s, std::string_view needle);
 
 // The general matcher: backtracks only to the last '%', so time is at most text length x pattern length.
 bool LikeMatch(std::string_view s, std::string_view pattern);
+
+} // namespace FilterLanguage

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+namespace FilterLanguage {
+
 namespace {
 
 inline TTri ToTri(bool b) {
@@ -152,3 +154,5 @@ TBoolPtr MakeOr(std::vector<TBoolPtr> children) {
 TBoolPtr MakeNot(TBoolPtr child) {
     return std::make_unique<TNot>(std::move(child));
 }
+
+} // namespace FilterLanguage

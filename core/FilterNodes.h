@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+namespace FilterLanguage {
+
 enum class TTri : uint8_t { False, True, Unknown };
 
 class TBoolNode {
@@ -90,3 +92,5 @@ TNumPtr MakeGetDate();
 // date and long time format when asDate, any other number in its shortest decimal form.
 TStrPtr MakeNumToStr(TNumPtr operand, bool asSeverity, bool asDate);
 std::string NumberText(double value);
+
+} // namespace FilterLanguage

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+namespace FilterLanguage {
+
 namespace {
 
 using TAst = std::unique_ptr<TFilterAst>;
@@ -246,3 +248,5 @@ private:
 std::unique_ptr<TFilterAst> ParseFilterText(std::string_view text) {
     return TFilterParser(text).ParseAll();
 }
+
+} // namespace FilterLanguage

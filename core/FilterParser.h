@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+namespace FilterLanguage {
+
 enum class TFilterAstKind {
     Number,  // Text: the number as written
     Text,    // Text: the literal's value
@@ -37,3 +39,5 @@ struct TFilterAst {
 // Parses a whole filter text. Raises EFilterExpressionError naming the problem, the token found and its
 // line and column. An empty or blank text gives nullptr (no condition).
 std::unique_ptr<TFilterAst> ParseFilterText(std::string_view text);
+
+} // namespace FilterLanguage

@@ -4,17 +4,10 @@
 // the folder never fails: a missing or unreadable folder lists just the pseudo-entry.
 #pragma once
 
-#include "support/Exception.h"
+#include "xml/XMLStrings.h" // EListError, raised for an index outside a list
 
 #include <string>
 #include <vector>
-
-// An index outside a list: "List index out of bounds (5)".
-class EListError : public Exception {
-public:
-    using Exception::Exception;
-    const char* ClassName() const noexcept override { return "EListError"; }
-};
 
 class TFIleLister {
 public:

@@ -156,12 +156,12 @@ TEST(FilterLanguage, ContainsFindsPartsAtEveryPlace) {
         for (size_t at = 0; at + 3 <= len; ++at) {
             std::string text(len, '.');
             text.replace(at, 3, "f-l");
-            EXPECT_TRUE(ContainsText(text, "f-l")) << len << " " << at;
-            EXPECT_FALSE(ContainsText(text, "f_l")) << len << " " << at;
+            EXPECT_TRUE(FilterLanguage::ContainsText(text, "f-l")) << len << " " << at;
+            EXPECT_FALSE(FilterLanguage::ContainsText(text, "f_l")) << len << " " << at;
             text[at + 1] = '+';
-            EXPECT_FALSE(ContainsText(text, "f-l")) << len << " " << at;
+            EXPECT_FALSE(FilterLanguage::ContainsText(text, "f-l")) << len << " " << at;
         }
-        EXPECT_TRUE(ContainsText(std::string(len, 'a'), "a"));
-        EXPECT_TRUE(ContainsText(std::string(len, 'a'), ""));
+        EXPECT_TRUE(FilterLanguage::ContainsText(std::string(len, 'a'), "a"));
+        EXPECT_TRUE(FilterLanguage::ContainsText(std::string(len, 'a'), ""));
     }
 }
