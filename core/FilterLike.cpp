@@ -20,6 +20,8 @@ size_t CharLength(std::string_view s, size_t i) {
     return n;
 }
 
+constexpr size_t LongNeedle = 32;
+
 #if defined(__SSE2__)
 // Candidate positions of needle in the 16 starting at p: its first byte at p + i and its last at p + i + n
 // - 1.
@@ -45,8 +47,12 @@ bool Verify(const char* p, unsigned mask, std::string_view needle) {
 // A summary is tens of bytes long, so the search is mostly per-call overhead: testing sixteen positions at
 // once for the needle's first and last byte leaves little but the final comparison.
 bool ContainsText(std::string_view s, std::string_view needle) {
-#if defined(__SSE2__)
     const size_t n = needle.size();
+#if defined(__GLIBC__) || defined(__APPLE__)
+    // A long part could make any candidate-by-candidate search quadratic; memmem is linear.
+    if (n > LongNeedle) return n <= s.size() && memmem(s.data(), s.size(), needle.data(), n) != nullptr;
+#endif
+#if defined(__SSE2__)
     if (n >= 2 && s.size() >= n + 15) {
         const __m128i first = _mm_set1_epi8(needle[0]);
         const __m128i last = _mm_set1_epi8(needle[n - 1]);

@@ -165,3 +165,10 @@ TEST(FilterLanguage, ContainsFindsPartsAtEveryPlace) {
         EXPECT_TRUE(FilterLanguage::ContainsText(std::string(len, 'a'), ""));
     }
 }
+
+TEST(FilterLanguage, LongPartsOfLongTextsAreFoundInLinearTime) {
+    TNoticeRecord row;
+    row.SetString(nf_note_text, std::string(2000000, 'a'));
+    EXPECT_FALSE(Passes("note_text LIKE '%" + std::string(1000000, 'a') + "b%'", row));
+    EXPECT_TRUE(Passes("note_text LIKE '%" + std::string(1000000, 'a') + "%'", row));
+}
