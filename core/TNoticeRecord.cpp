@@ -2,8 +2,7 @@
 
 #include <cstring>
 
-TNoticeRecord::TNoticeRecord(const TNoticeRecord& other)
-    : FNullMask(other.FNullMask) {
+TNoticeRecord::TNoticeRecord(const TNoticeRecord& other) : FNullMask(other.FNullMask) {
     std::memcpy(FInts, other.FInts, sizeof(FInts));
     std::memcpy(FDates, other.FDates, sizeof(FDates));
     std::memcpy(FEnds, other.FEnds, sizeof(FEnds));
@@ -23,9 +22,12 @@ TNoticeRecord& TNoticeRecord::operator=(const TNoticeRecord& other) {
 }
 
 void TNoticeRecord::SetNull(TNoticeField f) {
-    if (StringSlot(f) >= 0) SetString(f, {});
-    else if (NoticeFieldType(f) == TFieldType::ftDateTime) FDates[DateSlot(f)] = 0;
-    else FInts[IntSlot(f)] = 0;
+    if (StringSlot(f) >= 0)
+        SetString(f, {});
+    else if (NoticeFieldType(f) == TFieldType::ftDateTime)
+        FDates[DateSlot(f)] = 0;
+    else
+        FInts[IntSlot(f)] = 0;
     FNullMask |= 1u << f;
 }
 
@@ -51,5 +53,6 @@ void TNoticeRecord::SetString(TNoticeField f, std::string_view value) {
     }
     FText = std::move(text);
     const int32_t delta = static_cast<int32_t>(newLen) - static_cast<int32_t>(oldLen);
-    for (int i = slot; i < StringFieldCount; ++i) FEnds[i] = static_cast<uint32_t>(FEnds[i] + delta);
+    for (int i = slot; i < StringFieldCount; ++i)
+        FEnds[i] = static_cast<uint32_t>(FEnds[i] + delta);
 }

@@ -58,8 +58,8 @@ public:
     }
 
 private:
-    static constexpr int StringSlots[NoticeFieldCount] = {-1, 0, 1, 2, 3, 4, 5, 6, -1, -1,
-                                                          -1, -1, 7, 8, -1, 9, 10, 11};
+    static constexpr int StringSlots[NoticeFieldCount] = {-1, 0,  1,  2, 3, 4,  5, 6,  -1,
+                                                          -1, -1, -1, 7, 8, -1, 9, 10, 11};
     uint32_t FNullMask = (1u << NoticeFieldCount) - 1;
     int32_t FInts[3] = {0, 0, 0};
     TDateTime FDates[3] = {0, 0, 0};

@@ -36,18 +36,34 @@ struct TFieldInfo {
 
 // Store order.
 constexpr TFieldInfo Fields[NoticeFieldCount] = {
-    {"nb_internal_key", ftAutoInc},      {"adpt_id", ftString},          {"adpt_orig_key", ftString},
-    {"adpt_orig_server", ftString},      {"adpt_source_type", ftString}, {"adpt_source_id", ftString},
-    {"note_summary", ftString},          {"note_text", ftMemo},          {"note_raised_date", ftDateTime},
-    {"note_last_raised_date", ftDateTime}, {"note_count", ftInteger},    {"note_severity", ftInteger},
-    {"note_group_notified", ftString},   {"note_pvo_node", ftString},    {"ack_date", ftDateTime},
-    {"ack_code", ftString},              {"del_code", ftString},         {"note_severity_str", ftString},
+    {"nb_internal_key", ftAutoInc},
+    {"adpt_id", ftString},
+    {"adpt_orig_key", ftString},
+    {"adpt_orig_server", ftString},
+    {"adpt_source_type", ftString},
+    {"adpt_source_id", ftString},
+    {"note_summary", ftString},
+    {"note_text", ftMemo},
+    {"note_raised_date", ftDateTime},
+    {"note_last_raised_date", ftDateTime},
+    {"note_count", ftInteger},
+    {"note_severity", ftInteger},
+    {"note_group_notified", ftString},
+    {"note_pvo_node", ftString},
+    {"ack_date", ftDateTime},
+    {"ack_code", ftString},
+    {"del_code", ftString},
+    {"note_severity_str", ftString},
 };
 
 } // namespace
 
-const char* NoticeFieldName(TNoticeField field) { return Fields[field].Name; }
-TFieldType NoticeFieldType(TNoticeField field) { return Fields[field].Type; }
+const char* NoticeFieldName(TNoticeField field) {
+    return Fields[field].Name;
+}
+TFieldType NoticeFieldType(TNoticeField field) {
+    return Fields[field].Type;
+}
 
 bool FindNoticeField(std::string_view name, TNoticeField& field) {
     for (int i = 0; i < NoticeFieldCount; ++i) {

@@ -16,8 +16,10 @@ int AppendLockedNoWait(const std::string& fileName, std::string_view data) {
         do {
             n = ::write(fd, data.data(), data.size());
         } while (n < 0 && errno == EINTR);
-        if (n < 0) result = errno ? errno : EIO;
-        else if (static_cast<size_t>(n) != data.size()) result = EIO;
+        if (n < 0)
+            result = errno ? errno : EIO;
+        else if (static_cast<size_t>(n) != data.size())
+            result = EIO;
         ::flock(fd, LOCK_UN);
     }
     ::close(fd); // a failing close does not make the write fail

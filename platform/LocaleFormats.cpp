@@ -13,29 +13,47 @@ std::string FromQtPattern(const QString& pattern) {
     for (size_t i = 0; i < p.size(); ++i) {
         const char c = p[i];
         switch (c) {
-        case 'M': out += 'm'; break;
-        case 'm': out += 'n'; break;
-        case 'H': out += 'h'; break;
-        case 'h': out += 'h'; twelveHour = true; break;
-        case 'y': case 'd': case 's': case 'z': out += c; break;
-        case 'A': case 'a':
+        case 'M':
+            out += 'm';
+            break;
+        case 'm':
+            out += 'n';
+            break;
+        case 'H':
+            out += 'h';
+            break;
+        case 'h':
+            out += 'h';
+            twelveHour = true;
+            break;
+        case 'y':
+        case 'd':
+        case 's':
+        case 'z':
+            out += c;
+            break;
+        case 'A':
+        case 'a':
             if (i + 1 < p.size() && (p[i + 1] == 'P' || p[i + 1] == 'p')) ++i;
             out += "AM/PM";
             twelveHour = false;
             break;
-        case 't': break; // time-zone names are not part of the board's formats
+        case 't':
+            break; // time-zone names are not part of the board's formats
         case '\'': {
             const size_t e = p.find('\'', i + 1);
             out += '"' + p.substr(i + 1, (e == std::string::npos ? p.size() : e) - i - 1) + '"';
             i = e == std::string::npos ? p.size() : e;
             break;
         }
-        default: out += c;
+        default:
+            out += c;
         }
     }
     (void)twelveHour;
     // Trim a trailing blank left where a zone name was removed.
-    while (!out.empty() && out.back() == ' ') out.pop_back();
+    while (!out.empty() && out.back() == ' ')
+        out.pop_back();
     return out;
 }
 
@@ -43,7 +61,8 @@ std::string WidenYear(std::string format) {
     const size_t p = format.find('y');
     if (p == std::string::npos) return format;
     size_t e = p;
-    while (e < format.size() && format[e] == 'y') ++e;
+    while (e < format.size() && format[e] == 'y')
+        ++e;
     format.replace(p, e - p, "yyyy");
     return format;
 }
@@ -59,6 +78,13 @@ char FirstSeparator(const std::string& format, const char* letters, char fallbac
 TLocaleFormats UserLocaleFormats() {
     const QLocale locale = QLocale::system();
     TLocaleFormats f;
+    // The C/POSIX locale has no user preferences; Qt would give a month-name date there, which the board's
+    // numeric date parser cannot read back. Use the numeric day-first form instead.
+    if (locale.language() == QLocale::C) {
+        f.ShortDateFormat = "dd/mm/yyyy";
+        f.LongTimeFormat = "hh:nn:ss";
+        return f;
+    }
     f.ShortDateFormat = WidenYear(FromQtPattern(locale.dateFormat(QLocale::ShortFormat)));
     f.LongTimeFormat = FromQtPattern(locale.timeFormat(QLocale::LongFormat));
     if (f.ShortDateFormat.empty()) f.ShortDateFormat = "dd/mm/yyyy";

@@ -13,10 +13,12 @@ namespace {
 
 const char* const ShortMonthNames[12] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                          "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-const char* const LongMonthNames[12] = {"January", "February", "March",     "April",   "May",      "June",
-                                        "July",    "August",   "September", "October", "November", "December"};
+const char* const LongMonthNames[12] = {"January",   "February", "March",    "April",
+                                        "May",       "June",     "July",     "August",
+                                        "September", "October",  "November", "December"};
 const char* const ShortDayNames[7] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
-const char* const LongDayNames[7] = {"Sunday", "Monday", "Tuesday", "Wednesday", "Thursday", "Friday", "Saturday"};
+const char* const LongDayNames[7] = {"Sunday",   "Monday", "Tuesday", "Wednesday",
+                                     "Thursday", "Friday", "Saturday"};
 
 // Whole days since 1 January 0001 (day 1) and milliseconds of the day, with the time of day taken from the
 // absolute fraction.
@@ -33,7 +35,8 @@ void ToTimeStamp(TDateTime dt, int64_t& days, int64_t& msecs) {
 
 std::string Pad(int value, int width) {
     std::string s = std::to_string(value < 0 ? -value : value);
-    while (static_cast<int>(s.size()) < width) s.insert(s.begin(), '0');
+    while (static_cast<int>(s.size()) < width)
+        s.insert(s.begin(), '0');
     return value < 0 ? "-" + s : s;
 }
 
@@ -55,7 +58,9 @@ TFormatSettings& FormatSettings() {
     return settings;
 }
 
-bool IsLeapYear(int year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
+bool IsLeapYear(int year) {
+    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+}
 
 int DaysInMonth(int year, int month) {
     static const int days[12] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
@@ -67,7 +72,8 @@ bool TryEncodeDate(int year, int month, int day, TDateTime& result) {
     if (year < 1 || year > 9999 || month < 1 || month > 12 || day < 1 || day > DaysInMonth(year, month))
         return false;
     int64_t d = day;
-    for (int m = 1; m < month; ++m) d += DaysInMonth(year, m);
+    for (int m = 1; m < month; ++m)
+        d += DaysInMonth(year, m);
     const int64_t y = year - 1;
     d += y * 365 + y / 4 - y / 100 + y / 400;
     result = static_cast<double>(d - DateDelta);
@@ -124,7 +130,8 @@ void DecodeDate(TDateTime dt, int& year, int& month, int& day) {
     t -= i * 365;
     year = static_cast<int>(y);
     int m = 1;
-    while (t >= DaysInMonth(year, m)) t -= DaysInMonth(year, m++);
+    while (t >= DaysInMonth(year, m))
+        t -= DaysInMonth(year, m++);
     month = m;
     day = static_cast<int>(t) + 1;
 }
@@ -159,7 +166,9 @@ TDateTime Now() {
                           local.tm_sec > 59 ? 59 : local.tm_sec, static_cast<int>(tv.tv_usec / 1000));
 }
 
-TDateTime Date() { return std::trunc(Now()); }
+TDateTime Date() {
+    return std::trunc(Now());
+}
 
 std::string FormatDateTime(std::string_view format, TDateTime dt, const TFormatSettings& fs) {
     int year, month, day, hour, min, sec, msec;
@@ -176,7 +185,8 @@ std::string FormatDateTime(std::string_view format, TDateTime dt, const TFormatS
     size_t i = 0;
     auto run = [&](char c) {
         size_t n = 0;
-        while (i + n < format.size() && (format[i + n] | 0x20) == (c | 0x20)) ++n;
+        while (i + n < format.size() && (format[i + n] | 0x20) == (c | 0x20))
+            ++n;
         return n;
     };
     while (i < format.size()) {
@@ -253,12 +263,18 @@ std::string FormatDateTime(std::string_view format, TDateTime dt, const TFormatS
             const size_t n = run('d');
             i += n;
             const int dow = DayOfWeek(dt) - 1;
-            if (n == 1) out += std::to_string(day);
-            else if (n == 2) out += Pad(day, 2);
-            else if (n == 3) out += ShortDayNames[dow];
-            else if (n == 4) out += LongDayNames[dow];
-            else if (n == 5) out += FormatDateTime(fs.ShortDateFormat, dt, fs);
-            else out += FormatDateTime(fs.LongDateFormat, dt, fs);
+            if (n == 1)
+                out += std::to_string(day);
+            else if (n == 2)
+                out += Pad(day, 2);
+            else if (n == 3)
+                out += ShortDayNames[dow];
+            else if (n == 4)
+                out += LongDayNames[dow];
+            else if (n == 5)
+                out += FormatDateTime(fs.ShortDateFormat, dt, fs);
+            else
+                out += FormatDateTime(fs.LongDateFormat, dt, fs);
             afterHour = false;
             break;
         }
@@ -320,7 +336,8 @@ struct TScanner {
     std::string_view s;
     size_t i = 0;
     void SkipBlanks() {
-        while (i < s.size() && s[i] == ' ') ++i;
+        while (i < s.size() && s[i] == ' ')
+            ++i;
     }
     bool Number(int& value, int& digits) {
         SkipBlanks();
@@ -379,15 +396,22 @@ bool ScanDate(TScanner& sc, TDateTime& result, const TFormatSettings& fs) {
     if (sc.Char(fs.DateSeparator)) {
         if (!sc.Number(n3, d3)) return false;
         switch (order) {
-        case TDateOrder::MDY: month = n1, day = n2, year = ExpandYear(n3, d3, fs); break;
-        case TDateOrder::DMY: day = n1, month = n2, year = ExpandYear(n3, d3, fs); break;
-        default: year = ExpandYear(n1, d1, fs), month = n2, day = n3;
+        case TDateOrder::MDY:
+            month = n1, day = n2, year = ExpandYear(n3, d3, fs);
+            break;
+        case TDateOrder::DMY:
+            day = n1, month = n2, year = ExpandYear(n3, d3, fs);
+            break;
+        default:
+            year = ExpandYear(n1, d1, fs), month = n2, day = n3;
         }
     } else {
         int cm, cd;
         DecodeDate(Date(), year, cm, cd);
-        if (order == TDateOrder::DMY) day = n1, month = n2;
-        else month = n1, day = n2;
+        if (order == TDateOrder::DMY)
+            day = n1, month = n2;
+        else
+            month = n1, day = n2;
     }
     return TryEncodeDate(year, month, day, result);
 }
@@ -401,8 +425,10 @@ bool ScanTime(TScanner& sc, TDateTime& result, const TFormatSettings& fs) {
             if (!sc.Number(s, digits)) return false;
             if (sc.Char('.')) {
                 if (!sc.Number(ms, digits)) return false;
-                while (digits > 3) ms /= 10, --digits;
-                while (digits < 3) ms *= 10, ++digits;
+                while (digits > 3)
+                    ms /= 10, --digits;
+                while (digits < 3)
+                    ms *= 10, ++digits;
             }
         }
     } else {
@@ -461,4 +487,6 @@ TDateTime StrToDateTime(std::string_view text, const TFormatSettings& fs) {
     return r;
 }
 
-TDateTime StrToDateTime(std::string_view text) { return StrToDateTime(text, FormatSettings()); }
+TDateTime StrToDateTime(std::string_view text) {
+    return StrToDateTime(text, FormatSettings());
+}

@@ -22,7 +22,9 @@ INBPrompt* Installed = nullptr;
 
 } // namespace
 
-INBPrompt& NBPrompt() { return Installed ? *Installed : SilentPrompt; }
+INBPrompt& NBPrompt() {
+    return Installed ? *Installed : SilentPrompt;
+}
 
 INBPrompt* SetNBPrompt(INBPrompt* prompt) {
     INBPrompt* previous = Installed;

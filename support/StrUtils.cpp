@@ -8,40 +8,50 @@
 
 namespace {
 
-char LowerChar(char c) { return (c >= 'A' && c <= 'Z') ? char(c + 32) : c; }
+char LowerChar(char c) {
+    return (c >= 'A' && c <= 'Z') ? char(c + 32) : c;
+}
 
 } // namespace
 
 std::string TrimLeft(std::string_view s) {
     size_t b = 0;
-    while (b < s.size() && static_cast<unsigned char>(s[b]) <= ' ') ++b;
+    while (b < s.size() && static_cast<unsigned char>(s[b]) <= ' ')
+        ++b;
     return std::string(s.substr(b));
 }
 
 std::string TrimRight(std::string_view s) {
     size_t e = s.size();
-    while (e > 0 && static_cast<unsigned char>(s[e - 1]) <= ' ') --e;
+    while (e > 0 && static_cast<unsigned char>(s[e - 1]) <= ' ')
+        --e;
     return std::string(s.substr(0, e));
 }
 
 std::string Trim(std::string_view s) {
     size_t b = 0, e = s.size();
-    while (b < e && static_cast<unsigned char>(s[b]) <= ' ') ++b;
-    while (e > b && static_cast<unsigned char>(s[e - 1]) <= ' ') --e;
+    while (b < e && static_cast<unsigned char>(s[b]) <= ' ')
+        ++b;
+    while (e > b && static_cast<unsigned char>(s[e - 1]) <= ' ')
+        --e;
     return std::string(s.substr(b, e - b));
 }
 
-char UpCase(char c) { return (c >= 'a' && c <= 'z') ? char(c - 32) : c; }
+char UpCase(char c) {
+    return (c >= 'a' && c <= 'z') ? char(c - 32) : c;
+}
 
 std::string LowerCase(std::string_view s) {
     std::string r(s);
-    for (char& c : r) c = LowerChar(c);
+    for (char& c : r)
+        c = LowerChar(c);
     return r;
 }
 
 std::string UpperCase(std::string_view s) {
     std::string r(s);
-    for (char& c : r) c = UpCase(c);
+    for (char& c : r)
+        c = UpCase(c);
     return r;
 }
 
@@ -56,7 +66,9 @@ int CompareText(std::string_view a, std::string_view b) {
     return a.size() < b.size() ? -1 : 1;
 }
 
-bool SameText(std::string_view a, std::string_view b) { return a.size() == b.size() && CompareText(a, b) == 0; }
+bool SameText(std::string_view a, std::string_view b) {
+    return a.size() == b.size() && CompareText(a, b) == 0;
+}
 
 bool StartsText(std::string_view prefix, std::string_view s) {
     return s.size() >= prefix.size() && SameText(s.substr(0, prefix.size()), prefix);
@@ -88,7 +100,9 @@ size_t Pos(std::string_view needle, std::string_view s) {
     return p == std::string_view::npos ? 0 : p + 1;
 }
 
-std::string IntToStr(int64_t value) { return std::to_string(value); }
+std::string IntToStr(int64_t value) {
+    return std::to_string(value);
+}
 
 bool TryStrToInt(std::string_view s, int32_t& value) {
     size_t i = 0;
@@ -101,10 +115,14 @@ bool TryStrToInt(std::string_view s, int32_t& value) {
         for (; i < s.size(); ++i) {
             const char c = s[i];
             int d;
-            if (c >= '0' && c <= '9') d = c - '0';
-            else if (c >= 'a' && c <= 'f') d = c - 'a' + 10;
-            else if (c >= 'A' && c <= 'F') d = c - 'A' + 10;
-            else return false;
+            if (c >= '0' && c <= '9')
+                d = c - '0';
+            else if (c >= 'a' && c <= 'f')
+                d = c - 'a' + 10;
+            else if (c >= 'A' && c <= 'F')
+                d = c - 'A' + 10;
+            else
+                return false;
             acc = acc * 16 + d;
             if (acc > 0xFFFFFFFFLL) return false;
         }
@@ -145,7 +163,8 @@ std::string IncludeTrailingPathDelimiter(std::string_view path) {
 
 std::string ExcludeTrailingPathDelimiter(std::string_view path) {
     std::string r(path);
-    while (r.size() > 1 && r.back() == PathDelim) r.pop_back();
+    while (r.size() > 1 && r.back() == PathDelim)
+        r.pop_back();
     return r;
 }
 

@@ -26,7 +26,8 @@ bool StartsText(std::string_view prefix, std::string_view s);
 
 // Replaces every occurrence of from (case-sensitive, or ignoring ASCII case) by to, scanning left to right
 // without rescanning replaced text.
-std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to, bool ignoreCase = false);
+std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to,
+                       bool ignoreCase = false);
 
 // 1-based position of the first occurrence of needle in s, 0 when absent.
 size_t Pos(std::string_view needle, std::string_view s);

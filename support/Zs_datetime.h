@@ -13,12 +13,12 @@
 // / "Error converting Time. Invalid DateTime string : " + the whole text.
 TDateTime ISO8601ToDate(const std::string& Text);
 
-std::string DateToISO8601(TDateTime Value);      // "yyyy-mm-dd\"T\"hh:nn:ss"
-std::string DateToISO8601Time(TDateTime Value);  // "\"T\"hh:nn:ss"
-int32_t DateTimeToUnix(TDateTime Value);         // whole days only
+std::string DateToISO8601(TDateTime Value);     // "yyyy-mm-dd\"T\"hh:nn:ss"
+std::string DateToISO8601Time(TDateTime Value); // "\"T\"hh:nn:ss"
+int32_t DateTimeToUnix(TDateTime Value);        // whole days only
 TDateTime UnixStrToDateTime(const std::string& Text);
-std::string DecodeMonth(int32_t Month);          // "Jan".."Dec", empty otherwise
-bool isDateString(const std::string& Text);      // the user's locale accepts it as a date-time
+std::string DecodeMonth(int32_t Month);     // "Jan".."Dec", empty otherwise
+bool isDateString(const std::string& Text); // the user's locale accepts it as a date-time
 std::string ConvertDate(const std::string& Text);
 TDateTime rvStrToDateTime(const std::string& Text);
 int32_t rvTimeUnitToSeconds(int32_t Count, const std::string& Unit);

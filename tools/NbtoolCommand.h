@@ -15,5 +15,7 @@ struct TNbtoolCommand {
 std::vector<TNbtoolCommand>& NbtoolCommands();
 
 struct TNbtoolCommandRegistrar {
-    explicit TNbtoolCommandRegistrar(TNbtoolCommand command) { NbtoolCommands().push_back(std::move(command)); }
+    explicit TNbtoolCommandRegistrar(TNbtoolCommand command) {
+        NbtoolCommands().push_back(std::move(command));
+    }
 };

@@ -16,7 +16,8 @@ void PrintHelp(std::FILE* out) {
     std::fprintf(out, "nbtool - the notice board engine on the command line\n\nUsage:\n");
     auto commands = NbtoolCommands();
     std::sort(commands.begin(), commands.end(), [](auto& a, auto& b) { return a.Name < b.Name; });
-    for (const auto& c : commands) std::fprintf(out, "%s\n", c.Usage.c_str());
+    for (const auto& c : commands)
+        std::fprintf(out, "%s\n", c.Usage.c_str());
     std::fprintf(out, "  nbtool --help\n      Shows this text.\n");
 }
 
