@@ -32,6 +32,11 @@ std::string Element(const char* name, const std::string& value) {
     return std::string("<") + name + ">" + value + "</" + name + ">";
 }
 
+// The board looks for NoticeList among the children of the outermost element, so the list is wrapped.
+std::string Message(const std::string& notices) {
+    return "<NoticeMessage><NoticeList>" + notices + "</NoticeList></NoticeMessage>";
+}
+
 } // namespace
 
 std::string DemoXmlEncode(const std::string& text) {
@@ -95,7 +100,8 @@ std::string TDemoEstate::Tick() {
     std::string body;
     const int notices = 1 + static_cast<int>(FRandom() % 3);
     for (int n = 0; n < notices; ++n) {
-        const uint32_t roll = FRandom() % 10;
+        // A full estate only repeats or clears, so the board does not grow without end.
+        const uint32_t roll = FLive.size() >= 12 ? FRandom() % 4 : FRandom() % 10;
         if (!FLive.empty() && roll < 3) { // raised again
             auto it = std::next(FLive.begin(), static_cast<long>(FRandom() % FLive.size()));
             it->second.Count += 1;
@@ -121,7 +127,7 @@ std::string TDemoEstate::Tick() {
             FLive.emplace(e.Key, e);
         }
     }
-    return "<NoticeList>" + body + "</NoticeList>";
+    return Message(body);
 }
 
 const TDemoEstate::TEvent* TDemoEstate::FindByCode(const std::string& code, const char* prefix) const {
@@ -137,13 +143,13 @@ std::string TDemoEstate::Acknowledge(const std::string& code) {
     TEvent update; // only the key and the acknowledgement date change
     update.Key = e.Key;
     update.AckDate = e.AckDate;
-    return "<NoticeList>" + NoticeXml("update", update, false) + "</NoticeList>";
+    return Message(NoticeXml("update", update, false));
 }
 
 std::string TDemoEstate::Delete(const std::string& code) {
     const TEvent* found = FindByCode(code, "DEL-");
     if (!found) return std::string();
-    const std::string xml = "<NoticeList>" + NoticeXml("delete", *found, false) + "</NoticeList>";
+    const std::string xml = Message(NoticeXml("delete", *found, false));
     const std::string key = found->Key; // erase must not read the key from the node it frees
     FLive.erase(key);
     return xml;

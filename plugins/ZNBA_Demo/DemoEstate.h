@@ -12,8 +12,9 @@ class TDemoEstate {
 public:
     explicit TDemoEstate(uint32_t seed);
 
-    // One step of the simulation: a NoticeList with one to three notices ("post" of a new event, "post" of
-    // a repeat with a higher count and a later last-raised date, or "delete" of a cleared one).
+    // One step of the simulation: a message (NoticeList inside NoticeMessage) with one to three notices
+    // ("post" of a new event, "post" of a repeat with a higher count and a later last-raised date, or
+    // "delete" of a cleared one).
     std::string Tick();
 
     // The answer to an acknowledgement: an "update" with ack_date for the notice whose ack_code is code,

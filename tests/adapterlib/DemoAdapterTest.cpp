@@ -65,7 +65,7 @@ TEST(DemoAdapter, PostsNoticesAndAnswersAcknowledgeAndDelete) {
 
     const std::string first = WaitFor("<Command>post</Command>");
     ASSERT_FALSE(first.empty());
-    EXPECT_EQ(first.rfind("<NoticeList><Notice>", 0), 0u);
+    EXPECT_EQ(first.rfind("<NoticeMessage><NoticeList><Notice>", 0), 0u);
     EXPECT_NE(first.find("<adpt_source_type>demo</adpt_source_type>"), std::string::npos);
     EXPECT_NE(first.find("<note_count>1</note_count>"), std::string::npos);
     const std::string raised = Between(first, "<note_raised_date>", "</note_raised_date>");
