@@ -17,6 +17,9 @@ extern std::string Log_File_1;      // the "default" log of the display and text
 extern INBLogMemo* Log_TMemo;       // not owned; null by default
 extern int32_t Max_Retry_Count;     // 5 attempts per line
 extern int32_t Retry_Time;          // 1750 ms + random 0..499 ms after every failed attempt
+// How the retry loop waits (SleepMs by default). Tests replace it to count the waits or to act between
+// attempts; never null.
+extern void (*Log_Sleep)(int Milliseconds);
 
 // The on-screen mirror: a multi-line text control. AddLine returns false when the control refused the line
 // (for example because it is full).
@@ -45,12 +48,12 @@ void Truncate_Log_File();
 class ZNB_Log_Obj {
 public:
     explicit ZNB_Log_Obj(const std::string& FileName); // EInOutError when the file cannot be opened
-    ~ZNB_Log_Obj() noexcept(false);                     // a failing close raises EInOutError
+    ~ZNB_Log_Obj() noexcept(false);                    // a failing close raises EInOutError
     ZNB_Log_Obj(const ZNB_Log_Obj&) = delete;
     ZNB_Log_Obj& operator=(const ZNB_Log_Obj&) = delete;
 
-    uint8_t Write_Log(const std::string& Line);           // always 0; write errors are swallowed
-    uint8_t Write_Dated_Log(const std::string& Message);  // Write_Log of the time-stamped line
+    uint8_t Write_Log(const std::string& Line);          // always 0; write errors are swallowed
+    uint8_t Write_Dated_Log(const std::string& Message); // Write_Log of the time-stamped line
     const std::string& FileName() const { return FFileName; }
 
 private:
