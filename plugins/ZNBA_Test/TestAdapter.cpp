@@ -1,7 +1,7 @@
 // An adapter for the tests. It records every call with its arguments, one line per call, and exposes that
 // record and the stored callback through three extra exports that tests look up themselves:
 //   const char* ZNBA_Test_Calls()          all lines so far, each ending in "\n"
-//   void        ZNBA_Test_Reset()          forget the lines
+//   void        ZNBA_Test_Reset()          forget the lines, report state 2 again
 //   int32_t     ZNBA_Test_Send(const char*) hand an XML text to the stored callback (from the caller's
 //   thread) void        ZNBA_Test_SetState(int32_t) the state ZNA_Status reports (default 2)
 // Compile-time switches turn it into the faulty variants the loader must cope with.
@@ -121,7 +121,9 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Delete_Note(const char* adpt_id, int32_t adpt_id
 #endif
 
 ZNA_EXPORT const char* ZNBA_Test_Calls(void) {
-    static thread_local std::string copy;
+    // Not thread_local: a library with thread-local destructors can never be unloaded, and the tests rely
+    // on a fresh state after each unload.
+    static std::string copy;
     std::lock_guard<std::mutex> lock(gLock);
     copy = gCalls;
     return copy.c_str();
@@ -130,6 +132,7 @@ ZNA_EXPORT const char* ZNBA_Test_Calls(void) {
 ZNA_EXPORT void ZNBA_Test_Reset(void) {
     std::lock_guard<std::mutex> lock(gLock);
     gCalls.clear();
+    gState = ZNA_STATE_ALL_OK;
 }
 
 ZNA_EXPORT int32_t ZNBA_Test_Send(const char* xml) {
