@@ -37,8 +37,14 @@ void Finalize();
 
 } // namespace Productintegrationutils
 
+#if defined(_WIN32)
+#define PIU_EXPORT __declspec(dllexport)
+#else
+#define PIU_EXPORT __attribute__((visibility("default")))
+#endif
+
 // The same two answers under their plain names, for the host console: 1 for true, 0 for false.
 extern "C" {
-__attribute__((visibility("default"))) uint8_t FindDuskmere();
-__attribute__((visibility("default"))) uint8_t LaunchDuskmere();
+PIU_EXPORT uint8_t FindDuskmere();
+PIU_EXPORT uint8_t LaunchDuskmere();
 }
