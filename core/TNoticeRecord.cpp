@@ -56,3 +56,32 @@ void TNoticeRecord::SetString(TNoticeField f, std::string_view value) {
     for (int i = slot; i < StringFieldCount; ++i)
         FEnds[i] = static_cast<uint32_t>(FEnds[i] + delta);
 }
+
+void TNoticeRecord::SetStrings(const std::string_view* Values, uint32_t FieldMask) {
+    uint32_t ends[StringFieldCount];
+    uint32_t total = 0;
+    for (int f = 0; f < NoticeFieldCount; ++f) {
+        const int slot = StringSlots[f];
+        if (slot < 0) continue;
+        const uint32_t begin = slot == 0 ? 0 : FEnds[slot - 1];
+        const bool set = (FieldMask & (1u << f)) != 0;
+        total += set ? static_cast<uint32_t>(Values[f].size()) : FEnds[slot] - begin;
+        ends[slot] = total;
+    }
+    std::unique_ptr<char[]> text = total ? std::make_unique<char[]>(total) : nullptr;
+    for (int f = 0; f < NoticeFieldCount; ++f) {
+        const int slot = StringSlots[f];
+        if (slot < 0) continue;
+        const uint32_t newBegin = slot == 0 ? 0 : ends[slot - 1];
+        if (FieldMask & (1u << f)) {
+            if (!Values[f].empty()) std::memcpy(text.get() + newBegin, Values[f].data(), Values[f].size());
+            FNullMask &= ~(1u << f);
+        } else {
+            const uint32_t begin = slot == 0 ? 0 : FEnds[slot - 1];
+            if (FEnds[slot] > begin)
+                std::memcpy(text.get() + newBegin, FText.get() + begin, FEnds[slot] - begin);
+        }
+    }
+    FText = std::move(text);
+    std::memcpy(FEnds, ends, sizeof(FEnds));
+}

@@ -29,6 +29,9 @@ public:
         return FText ? std::string_view(FText.get() + begin, FEnds[slot] - begin) : std::string_view();
     }
     void SetString(TNoticeField f, std::string_view value);
+    // Sets every string field whose bit (1 << field) is in FieldMask to Values[field], with one allocation
+    // for the whole row; other fields keep their values. Values is indexed by TNoticeField.
+    void SetStrings(const std::string_view* Values, uint32_t FieldMask);
 
     // Integer and auto-increment fields. A null field reads as 0.
     int32_t AsInteger(TNoticeField f) const { return FInts[IntSlot(f)]; }

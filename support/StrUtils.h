@@ -13,6 +13,8 @@ constexpr char PathDelim = '/';
 std::string Trim(std::string_view s);
 std::string TrimLeft(std::string_view s);
 std::string TrimRight(std::string_view s);
+// Trim without copying: a view of s without its leading and trailing characters <= ' '.
+std::string_view TrimView(std::string_view s);
 
 // ASCII-only case mapping: bytes above 127 are left alone, so UTF-8 text passes through unchanged.
 std::string LowerCase(std::string_view s);

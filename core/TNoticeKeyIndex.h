@@ -1,0 +1,79 @@
+// The store's unique, case-insensitive index of adpt_orig_key: an open-addressing hash table of row slots,
+// hashed on the key folded to lower case (ASCII). The keys themselves are not copied; the table reads them
+// from the rows, so it costs 8 bytes per entry at most twice over. Null and empty keys are never entered.
+// Growing is spread over the following insertions (the old table is copied a few buckets at a time and
+// searched until then), so no single insertion pauses to rehash a million keys.
+// Owned by its store, which keeps it in step with its rows; not thread-safe.
+#pragma once
+
+#include "core/TNoticeRows.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+class TNoticeKeyIndex {
+public:
+    explicit TNoticeKeyIndex(const TNoticeRows& rows) : FRows(rows) {}
+
+    static uint32_t HashKey(std::string_view key);
+
+    // The slot of the row whose key equals key ignoring ASCII case, or -1. Hash: HashKey(key).
+    int32_t Find(std::string_view key) const { return Find(key, HashKey(key)); }
+    int32_t Find(std::string_view key, uint32_t hash) const;
+    // Enters the slot under its row's current key (which must be non-empty and not present).
+    void Insert(int32_t slot) { Insert(slot, HashKey(FRows[slot].AsString(nf_adpt_orig_key))); }
+    void Insert(int32_t slot, uint32_t hash);
+    // Removes the slot, entered under key (the key it was inserted with).
+    void Erase(int32_t slot, std::string_view key);
+    void Clear();
+    // Rebuilds from every live row with a non-empty key.
+    void Rebuild();
+    int32_t Count() const { return FCount; }
+
+private:
+    struct TEntry {
+        uint32_t Hash;
+        uint32_t SlotPlus1; // 0: empty; Removed: erased from the old table while it is being copied
+    };
+    static constexpr uint32_t Removed = UINT32_MAX;
+    static constexpr size_t MigrateStep = 8; // old buckets copied per insertion while growing
+
+    // A zero-filled bucket array. Large ones come from calloc as untouched zero pages, so growing costs
+    // no pass over the new memory; pages fill in as entries land.
+    class TTable {
+    public:
+        TTable() = default;
+        explicit TTable(size_t size);
+        size_t size() const { return FSize; }
+        bool empty() const { return FSize == 0; }
+        TEntry& operator[](size_t i) { return FData.get()[i]; }
+        const TEntry& operator[](size_t i) const { return FData.get()[i]; }
+        void swap(TTable& other) noexcept {
+            FData.swap(other.FData);
+            std::swap(FSize, other.FSize);
+        }
+        void clear() { *this = TTable(); }
+
+    private:
+        struct TFree {
+            void operator()(TEntry* p) const { std::free(p); }
+        };
+        std::unique_ptr<TEntry, TFree> FData;
+        size_t FSize = 0;
+    };
+
+    static size_t Locate(const TTable& table, uint32_t hash, uint32_t slotPlus1);
+    int32_t FindIn(const TTable& table, std::string_view key, uint32_t hash) const;
+    void Grow();
+    void Migrate(size_t buckets);
+    void Place(uint32_t hash, uint32_t slotPlus1);
+
+    const TNoticeRows& FRows;
+    TTable FTable;        // size a power of two, or empty
+    TTable FOld;          // the table before the last growth, until it is copied; else empty
+    size_t FMigrated = 0; // old buckets copied so far
+    int32_t FCount = 0;
+};

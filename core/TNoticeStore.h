@@ -1,0 +1,164 @@
+// The notice store (the board's cdsNoticeBd): the in-memory table of notices with its auto-increment key,
+// the index "primaryIdx" on nb_internal_key and the unique, case-insensitive index "Orig_Key_Index" on
+// adpt_orig_key, a current row, browse/insert/edit states with a record buffer, bookmarks, an optional row
+// filter and a count of attached views that may be detached while a batch of changes is applied.
+//
+// Every operation the notice protocol uses is O(1) or O(log n): rows sit in a vector by key (deleted rows
+// stay as empty tombstones, keys are never reused), positions come from counting trees over the slots, and
+// keys are found through a hash index. Only setting a new filter text, switching the filter and copying
+// walk the table.
+//
+// Null and empty originator keys are not entered in "Orig_Key_Index": they never collide with another row
+// and a seek never finds them, so any number of rows may be without a key.
+//
+// Owned by the board (or by a dialog for a test copy); lives until its owner frees it. Not thread-safe: the
+// owner's thread only. Failures raise EDatabaseError and leave the store as it was before the call (a failed
+// Post keeps the insert or edit state, so the caller can Cancel).
+#pragma once
+
+#include "core/TFenwickTree.h"
+#include "core/TNoticeKeyIndex.h"
+#include "core/TNoticeRecord.h"
+#include "core/TNoticeRows.h"
+#include "core/TRowFilter.h"
+#include "support/Exception.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class EDatabaseError : public Exception {
+public:
+    using Exception::Exception;
+    const char* ClassName() const noexcept override { return "EDatabaseError"; }
+};
+
+enum class TDataSetState { dsBrowse, dsInsert, dsEdit };
+
+// What attached views (the grid's model) hear from the store. Called on the store's thread, from inside
+// the store's operations; a listener must not change the store from these calls.
+class INoticeStoreListener {
+public:
+    virtual ~INoticeStoreListener() = default;
+    // Rows were added or removed, or the filter changed: reload everything. Heard at once while controls are
+    // enabled, and once from the EnableControls that re-attaches the views after changes made while detached.
+    virtual void DataSetChanged() = 0;
+    // The values of the row with this key changed (an edit was posted) while controls were enabled.
+    virtual void RecordChanged(int32_t /*key*/) {}
+    // The current row moved while controls were enabled.
+    virtual void CurrentChanged() {}
+};
+
+using TBookmark = int32_t; // the row's nb_internal_key; 0 = none
+
+class TNoticeStore {
+public:
+    static constexpr const char* PrimaryIndexName = "primaryIdx";
+    static constexpr const char* OrigKeyIndexName = "Orig_Key_Index";
+
+    TNoticeStore();
+    TNoticeStore(const TNoticeStore&) = delete;
+    TNoticeStore& operator=(const TNoticeStore&) = delete;
+
+    // Copies the other store's rows, key counter, filter (text, compiled filter, on/off) and current row;
+    // the copy is in browse state. Listeners and the disable count are not copied.
+    void CopyFrom(const TNoticeStore& other);
+    // Removes every row; the key counter starts again from 1. Browse state.
+    void EmptyDataSet();
+
+    // Indexes: "primaryIdx" (FindKey takes a decimal nb_internal_key) or "Orig_Key_Index". Any other name
+    // raises EDatabaseError "Index 'x' not found".
+    void SetIndexName(std::string_view name);
+    std::string IndexName() const { return FOrigKeyIndex ? OrigKeyIndexName : PrimaryIndexName; }
+    // Exact seek on the current index among the rows the filter passes; the found row becomes current.
+    bool FindKey(const std::string& value);
+
+    // States and the record buffer.
+    TDataSetState State() const { return FState; }
+    void Append(); // posts a pending edit first; buffer = a row with every field null
+    void Edit();   // buffer = copy of the current row; EDatabaseError on an empty store
+    // Stores the buffer; an inserted row gets the next nb_internal_key whatever the buffer held, an edited
+    // row keeps its own. EDatabaseError "Key violation." when the key exists already (any letter case).
+    void Post();
+    void Cancel();
+    void Delete(); // deletes the current row (cancels a pending insert instead)
+    // The row being inserted or edited; EDatabaseError "Dataset not in edit or insert mode" in browse state.
+    TNoticeRecord& Buffer();
+    // The buffer while inserting or editing, else the current row (an all-null row when there is none).
+    const TNoticeRecord& ActiveRecord() const;
+
+    // Navigation over the rows the filter passes, in key order.
+    void First();
+    void Last();
+    void Next();
+    void Prior();
+    bool Eof() const { return FEof; }
+    bool Bof() const { return FBof; }
+    bool IsEmpty() const { return RecordCount() == 0; }
+    int32_t RecNo() const; // 1-based position of the current row, -1 when there is none
+    void SetRecNo(int32_t recNo);
+    int32_t RecordCount() const; // rows passing the filter (all rows when unfiltered)
+    int32_t TotalCount() const { return FAlive.Total(); }
+    // The row at a 1-based position among the passing rows, or null; does not move the current row.
+    const TNoticeRecord* RowAt(int32_t recNo) const;
+
+    // Bookmarks: the current row's key. Valid while the row exists and passes the filter.
+    TBookmark GetBookmark() const;
+    bool BookmarkValid(TBookmark bookmark) const;
+    void GotoBookmark(TBookmark bookmark); // EDatabaseError "Record not found" when not valid
+    void FreeBookmark(TBookmark) {}
+
+    // Attached views. The counter nests; while it is above zero listeners hear nothing.
+    void DisableControls() { ++FDisableCount; }
+    void EnableControls();
+    bool ControlsDisabled() const { return FDisableCount > 0; }
+    void AddListener(INoticeStoreListener* listener); // not owned; must outlive its registration
+    void RemoveListener(INoticeStoreListener* listener);
+
+    // Row filter. The compiler turns texts into filters; SetFilterText compiles once (an empty text clears
+    // the filter; a text that does not compile raises the compiler's exception and keeps the old filter).
+    void SetFilterCompiler(TRowFilterCompiler compiler) { FCompiler = std::move(compiler); }
+    void SetFilterText(const std::string& text);
+    const std::string& FilterText() const { return FFilterText; }
+    void SetFiltered(bool filtered);
+    bool Filtered() const { return FFiltered; }
+
+    // Visits the rows the filter passes, in key order, without moving the current row.
+    void ForEachRow(const std::function<void(const TNoticeRecord&)>& visit) const;
+
+private:
+    bool FilterActive() const { return FFiltered && FFilter != nullptr; }
+    const TFenwickTree& Visible() const { return FilterActive() ? FPassing : FAlive; }
+    bool SlotVisible(int32_t slot) const { return slot >= 0 && Visible().Get(slot); }
+    bool Passes(const TNoticeRecord& row) const { return FFilter == nullptr || FFilter->Accept(row); }
+    void AppendSlot(TNoticeRecord&& row);
+    void SettleAfterLoss(int32_t slot); // current row became invisible: move to the next, else the prior
+    void RecomputePassing();
+    void SetCurrent(int32_t slot);
+    void CheckBrowse() const;
+    void NotifyDataSet();
+    void NotifyRecord(int32_t key);
+    void NotifyCurrent();
+
+    TNoticeRows FRows;     // slot = nb_internal_key - 1; a deleted row is all null
+    TFenwickTree FAlive;   // 1 for every live row
+    TFenwickTree FPassing; // 1 for every live row the filter passes (kept while a filter is set)
+    TNoticeKeyIndex FKeyIndex;
+    int32_t FNextKey = 1;
+    int32_t FCur = -1; // current slot, -1 when none
+    bool FBof = true;
+    bool FEof = true;
+    TDataSetState FState = TDataSetState::dsBrowse;
+    TNoticeRecord FBuffer;
+    bool FOrigKeyIndex = false; // the current index is "Orig_Key_Index"
+    int32_t FDisableCount = 0;
+    bool FChangedWhileDisabled = false;
+    std::vector<INoticeStoreListener*> FListeners;
+    TRowFilterCompiler FCompiler;
+    std::string FFilterText;
+    std::shared_ptr<const IRowFilter> FFilter;
+    bool FFiltered = false;
+};

@@ -1,0 +1,165 @@
+// The store's current row, positions, bookmarks, attached views and row filter.
+#include "core/TNoticeStore.h"
+
+#include <algorithm>
+
+void TNoticeStore::SetCurrent(int32_t slot) {
+    FCur = slot;
+    FBof = FEof = slot < 0;
+    NotifyCurrent();
+}
+
+void TNoticeStore::SettleAfterLoss(int32_t slot) {
+    if (slot != FCur) return;
+    const TFenwickTree& v = Visible();
+    const int32_t before = v.Prefix(slot); // visible rows before the lost one
+    int32_t next = v.FindKth(before + 1);
+    if (next < 0) next = v.FindKth(before);
+    SetCurrent(next);
+}
+
+void TNoticeStore::First() {
+    CheckBrowse();
+    SetCurrent(Visible().FindKth(1));
+    FBof = true;
+}
+
+void TNoticeStore::Last() {
+    CheckBrowse();
+    SetCurrent(Visible().FindKth(Visible().Total()));
+    FEof = true;
+}
+
+void TNoticeStore::Next() {
+    CheckBrowse();
+    const int32_t next = FCur < 0 ? -1 : Visible().FindKth(Visible().Prefix(FCur) + 1);
+    if (next < 0) {
+        FEof = true;
+        return;
+    }
+    SetCurrent(next);
+}
+
+void TNoticeStore::Prior() {
+    CheckBrowse();
+    int32_t prior = -1;
+    if (FCur >= 0) prior = Visible().FindKth(Visible().Prefix(FCur) - (SlotVisible(FCur) ? 1 : 0));
+    if (prior < 0) {
+        FBof = true;
+        return;
+    }
+    SetCurrent(prior);
+}
+
+int32_t TNoticeStore::RecNo() const {
+    return SlotVisible(FCur) ? Visible().Prefix(FCur) : -1;
+}
+
+void TNoticeStore::SetRecNo(int32_t recNo) {
+    CheckBrowse();
+    const int32_t slot = Visible().FindKth(recNo);
+    if (slot >= 0) SetCurrent(slot);
+}
+
+int32_t TNoticeStore::RecordCount() const {
+    return Visible().Total();
+}
+
+const TNoticeRecord* TNoticeStore::RowAt(int32_t recNo) const {
+    const int32_t slot = Visible().FindKth(recNo);
+    return slot < 0 ? nullptr : &FRows[slot];
+}
+
+TBookmark TNoticeStore::GetBookmark() const {
+    return SlotVisible(FCur) ? FCur + 1 : 0;
+}
+
+bool TNoticeStore::BookmarkValid(TBookmark bookmark) const {
+    return bookmark >= 1 && bookmark < FNextKey && SlotVisible(bookmark - 1);
+}
+
+void TNoticeStore::GotoBookmark(TBookmark bookmark) {
+    CheckBrowse();
+    if (!BookmarkValid(bookmark)) throw EDatabaseError("Record not found");
+    SetCurrent(bookmark - 1);
+}
+
+void TNoticeStore::EnableControls() {
+    if (FDisableCount == 0) return;
+    if (--FDisableCount == 0 && FChangedWhileDisabled) {
+        FChangedWhileDisabled = false;
+        NotifyDataSet();
+    }
+}
+
+void TNoticeStore::AddListener(INoticeStoreListener* listener) {
+    if (listener && std::find(FListeners.begin(), FListeners.end(), listener) == FListeners.end())
+        FListeners.push_back(listener);
+}
+
+void TNoticeStore::RemoveListener(INoticeStoreListener* listener) {
+    FListeners.erase(std::remove(FListeners.begin(), FListeners.end(), listener), FListeners.end());
+}
+
+void TNoticeStore::NotifyDataSet() {
+    if (FDisableCount > 0) {
+        FChangedWhileDisabled = true;
+        return;
+    }
+    for (INoticeStoreListener* l : FListeners)
+        l->DataSetChanged();
+}
+
+void TNoticeStore::NotifyRecord(int32_t key) {
+    if (FDisableCount > 0) {
+        FChangedWhileDisabled = true;
+        return;
+    }
+    for (INoticeStoreListener* l : FListeners)
+        l->RecordChanged(key);
+}
+
+void TNoticeStore::NotifyCurrent() {
+    // A move while detached is not a change of data; the views reposition when they reload.
+    if (FDisableCount > 0) return;
+    for (INoticeStoreListener* l : FListeners)
+        l->CurrentChanged();
+}
+
+void TNoticeStore::RecomputePassing() {
+    if (!FFilter) {
+        FPassing.Clear();
+        return;
+    }
+    std::vector<int8_t> marks(static_cast<size_t>(FRows.Size()), 0);
+    for (int32_t s = 0; s < FRows.Size(); ++s)
+        marks[s] = (FAlive.Get(s) && Passes(FRows[s])) ? 1 : 0;
+    FPassing.Assign(marks);
+}
+
+void TNoticeStore::SetFilterText(const std::string& text) {
+    std::shared_ptr<const IRowFilter> filter;
+    if (!text.empty()) {
+        if (!FCompiler) throw EDatabaseError("No filter language installed");
+        filter = FCompiler(text); // a bad text raises here and leaves the old filter in place
+    }
+    FFilterText = text;
+    FFilter = std::move(filter);
+    RecomputePassing();
+    if (FFiltered && FState == TDataSetState::dsBrowse) First();
+    NotifyDataSet();
+}
+
+void TNoticeStore::SetFiltered(bool filtered) {
+    if (filtered == FFiltered) return;
+    FFiltered = filtered;
+    if (FFilter == nullptr) return; // nothing changes what is visible
+    if (FState == TDataSetState::dsBrowse) First();
+    NotifyDataSet();
+}
+
+void TNoticeStore::ForEachRow(const std::function<void(const TNoticeRecord&)>& visit) const {
+    const TFenwickTree& v = Visible();
+    for (int32_t s = 0; s < v.Size(); ++s)
+        if (v.Get(s)) visit(FRows[s]);
+}

@@ -1,0 +1,107 @@
+#include "core/Znb_callback.h"
+
+#include "adapters/ZNB_Cfg.h"
+#include "adapters/Znb_log.h"
+#include "core/TNoticeBoard.h"
+
+#include <deque>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+namespace {
+
+TNoticeBoard* TheBoard = nullptr;
+std::thread::id BoardThread;
+
+std::mutex QueueLock;
+std::deque<std::string> Queue;
+std::function<void()> Wake;
+
+int32_t Apply(const std::string& Text) noexcept {
+    try {
+        try {
+            if (!TheBoard) throw Exception("Access violation: no notice board");
+            TheBoard->Process_XML_Notice(Text);
+            return 0;
+        } catch (const Exception& e) {
+            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + e.Message() + Text);
+        } catch (const std::exception& e) {
+            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + std::string(e.what()) + Text);
+        }
+    } catch (...) {
+        // logging itself failed (memory); the adapter still hears of the failure
+    }
+    return ZNB_NOTICE_FAILED;
+}
+
+bool TakeNext(std::string& Text) {
+    std::lock_guard<std::mutex> lock(QueueLock);
+    if (Queue.empty()) return false;
+    Text = std::move(Queue.front());
+    Queue.pop_front();
+    return true;
+}
+
+} // namespace
+
+void SetNoticeBoard(TNoticeBoard* Board) {
+    std::lock_guard<std::mutex> lock(QueueLock);
+    TheBoard = Board;
+    BoardThread = std::this_thread::get_id();
+    if (!Board) Queue.clear();
+}
+
+TNoticeBoard* NoticeBoard() {
+    return TheBoard;
+}
+
+void SetNoticeWake(std::function<void()> WakeFunction) {
+    std::lock_guard<std::mutex> lock(QueueLock);
+    Wake = std::move(WakeFunction);
+}
+
+int32_t ProcessPendingNotices() {
+    // A window that pumps events while a message is being applied must not start another one inside it.
+    if (TheBoard && TheBoard->Busy()) return 0;
+    int32_t applied = 0;
+    std::string text;
+    while (TakeNext(text)) {
+        Apply(text);
+        ++applied;
+    }
+    return applied;
+}
+
+int32_t PendingNoticeCount() {
+    std::lock_guard<std::mutex> lock(QueueLock);
+    return static_cast<int32_t>(Queue.size());
+}
+
+extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText, intptr_t) {
+    try {
+        if (!XMLText || !*XMLText) {
+            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =Access violation: no message text");
+            return ZNB_NOTICE_FAILED;
+        }
+        std::string text(*XMLText);
+        bool queued = false;
+        std::function<void()> wake;
+        {
+            std::lock_guard<std::mutex> lock(QueueLock);
+            if (TheBoard && std::this_thread::get_id() != BoardThread) {
+                Queue.push_back(std::move(text));
+                wake = Wake;
+                queued = true;
+            }
+        }
+        if (queued) {
+            if (wake) wake();
+            return 0;
+        }
+        ProcessPendingNotices(); // messages queued earlier go first
+        return Apply(text);
+    } catch (...) {
+        return ZNB_NOTICE_FAILED;
+    }
+}

@@ -1,0 +1,114 @@
+#include "NoticeBoardFixture.h"
+
+#include <atomic>
+#include <thread>
+
+TEST_F(NoticeBoardTest, CallsFromOtherThreadsAreQueuedAndAppliedInOrder) {
+    std::atomic<int> wakes{0};
+    SetNoticeWake([&] { ++wakes; });
+    const std::string post = Message(Notice("post", El("adpt_orig_key", "a") + El("note_count", "1")));
+    const std::string update = Message(Notice("update", El("adpt_orig_key", "A") + El("note_count", "2")));
+    const std::string del = Message(Notice("delete", El("adpt_orig_key", "a")));
+    const std::string again = Message(Notice("post", El("adpt_orig_key", "a") + El("note_count", "7")));
+    int32_t results[4] = {-1, -1, -1, -1};
+    std::thread adapter([&] {
+        const std::string* texts[4] = {&post, &update, &del, &again};
+        for (int i = 0; i < 4; ++i) {
+            const char* p = texts[i]->c_str();
+            results[i] = NoticeCallback(0, &p, 0);
+        }
+    });
+    adapter.join();
+    for (int32_t r : results)
+        EXPECT_EQ(r, 0);
+    EXPECT_EQ(wakes.load(), 4);
+    EXPECT_EQ(Store().TotalCount(), 0);
+    EXPECT_EQ(PendingNoticeCount(), 4);
+    EXPECT_EQ(ProcessPendingNotices(), 4);
+    EXPECT_EQ(PendingNoticeCount(), 0);
+    ASSERT_EQ(Store().TotalCount(), 1);
+    EXPECT_EQ(Row("a")->AsInteger(nf_note_count), 7);
+    EXPECT_EQ(Row("a")->AsInteger(nf_nb_internal_key), 2);
+}
+
+TEST_F(NoticeBoardTest, DirectCallAppliesQueuedMessagesFirst) {
+    std::thread adapter(
+        [&] { Send(Message(Notice("post", El("adpt_orig_key", "a") + El("note_count", "1")))); });
+    adapter.join();
+    EXPECT_EQ(Send(Message(Notice("update", El("adpt_orig_key", "a") + El("note_count", "3")))), 0);
+    EXPECT_EQ(Row("a")->AsInteger(nf_note_count), 3);
+}
+
+TEST_F(NoticeBoardTest, HostileInputsAreRefusedWithoutHarm) {
+    EXPECT_EQ(NoticeCallback(0, nullptr, 0), ZNB_NOTICE_FAILED);
+    const char* none = nullptr;
+    EXPECT_EQ(NoticeCallback(0, &none, 0), ZNB_NOTICE_FAILED);
+    EXPECT_NE(LogText().find("Process NoticeBoard :  Status ="), std::string::npos);
+
+    const std::string good = Message(Notice("post", El("adpt_orig_key", "a")));
+    for (size_t cut = 0; cut < good.size(); ++cut) {
+        const int32_t r = Send(good.substr(0, cut));
+        EXPECT_TRUE(r == 0 || r == ZNB_NOTICE_FAILED);
+    }
+    std::string binary;
+    for (int i = 0; i < 4096; ++i)
+        binary += static_cast<char>((i * 7919) % 255 + 1);
+    const int32_t r = Send("<" + binary); // the lenient reader may take it as an element without a list
+    EXPECT_TRUE(r == 0 || r == ZNB_NOTICE_FAILED);
+    std::string deep;
+    for (int i = 0; i < 100000; ++i)
+        deep += "<a>";
+    EXPECT_EQ(Send(deep), ZNB_NOTICE_FAILED);
+    // A huge element: the summary is cut, the memo kept whole.
+    const std::string huge(8 << 20, 'h');
+    EXPECT_EQ(Send(Message(Notice("post", El("adpt_orig_key", "big") + El("note_summary", huge) +
+                                              El("note_text", huge)))),
+              0);
+    EXPECT_EQ(Row("big")->AsString(nf_note_summary).size(), 128u);
+    EXPECT_EQ(Row("big")->AsString(nf_note_text).size(), huge.size());
+    EXPECT_FALSE(Board->Busy());
+    EXPECT_FALSE(Store().ControlsDisabled());
+}
+
+TEST_F(NoticeBoardTest, WithoutABoardTheCallbackFailsCleanly) {
+    SetNoticeBoard(nullptr);
+    EXPECT_EQ(Send(Message(Notice("post", El("adpt_orig_key", "a")))), ZNB_NOTICE_FAILED);
+    EXPECT_EQ(Store().TotalCount(), 0);
+}
+
+namespace {
+struct TRecordingListener : INoticeBoardListener {
+    TNoticeBoard* Board = nullptr;
+    std::string Log;
+    bool BusyDuringReload = false;
+    int32_t AppliedDuringReload = -1;
+    void SetHourglass(bool on) override { Log += on ? "H+" : "H-"; }
+    void ShowBusyImages(bool busy) override { Log += busy ? "B+" : "B-"; }
+    void ReloadGrid() override {
+        Log += "R";
+        BusyDuringReload = Board->Busy();
+        AppliedDuringReload = ProcessPendingNotices();
+    }
+    void SetStatusText(const std::string& text) override { Log += "[" + text + "]"; }
+};
+} // namespace
+
+TEST_F(NoticeBoardTest, WindowSeesBusyMarksReloadAndStatusAroundEachMessage) {
+    TRecordingListener listener;
+    listener.Board = Board.get();
+    Board->SetListener(&listener);
+    std::thread adapter([&] { Send(Message(Notice("post", El("adpt_orig_key", "queued")))); });
+    adapter.join();
+    Send(Message(Notice("post", El("adpt_orig_key", "a"))));
+    // The queued message went first, then the direct one; none started inside the reload.
+    EXPECT_EQ(listener.Log, "H+B+RH-[Total notices: 1]B-H+B+RH-[Total notices: 2]B-");
+    EXPECT_TRUE(listener.BusyDuringReload);
+    EXPECT_EQ(listener.AppliedDuringReload, 0);
+    listener.Log.clear();
+    Send("<Msg/>");
+    EXPECT_EQ(listener.Log, "H+B+H-[Total notices: 2]B-");
+    listener.Log.clear();
+    EXPECT_EQ(Send("<Msg><NoticeList></Msg>"), ZNB_NOTICE_FAILED);
+    EXPECT_EQ(listener.Log, ""); // a malformed text changes nothing on screen
+    Board->SetListener(nullptr);
+}

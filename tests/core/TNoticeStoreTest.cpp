@@ -1,0 +1,279 @@
+#include "core/TNoticeStore.h"
+
+#include "SeverityFilter.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace {
+
+std::unique_ptr<IRowFilter> CompileSeverity(const std::string& text) {
+    if (text == "bad") throw Exception("bad filter");
+    return std::make_unique<TSeverityFilter>(std::stoi(text));
+}
+
+void AddRow(TNoticeStore& store, const std::string& key, int32_t severity = 1) {
+    store.Append();
+    if (!key.empty()) store.Buffer().SetString(nf_adpt_orig_key, key);
+    store.Buffer().SetInteger(nf_note_severity, severity);
+    store.Post();
+}
+
+class TCountingListener : public INoticeStoreListener {
+public:
+    void DataSetChanged() override { ++DataSet; }
+    void RecordChanged(int32_t) override { ++Records; }
+    int DataSet = 0;
+    int Records = 0;
+};
+
+} // namespace
+
+TEST(TNoticeStore, KeysAreAssignedFromOneAndNeverReused) {
+    TNoticeStore store;
+    AddRow(store, "a");
+    AddRow(store, "b");
+    EXPECT_EQ(store.ActiveRecord().AsInteger(nf_nb_internal_key), 2);
+    store.Delete();
+    AddRow(store, "c");
+    EXPECT_EQ(store.ActiveRecord().AsInteger(nf_nb_internal_key), 3);
+    EXPECT_EQ(store.RecordCount(), 2);
+    EXPECT_EQ(store.TotalCount(), 2);
+}
+
+TEST(TNoticeStore, OrigKeyIsUniqueInAnyLetterCase) {
+    TNoticeStore store;
+    AddRow(store, "Node1/Disk");
+    store.Append();
+    store.Buffer().SetString(nf_adpt_orig_key, "NODE1/disk");
+    try {
+        store.Post();
+        FAIL() << "duplicate key accepted";
+    } catch (const EDatabaseError& e) {
+        EXPECT_EQ(e.Message(), "Key violation.");
+    }
+    EXPECT_EQ(store.State(), TDataSetState::dsInsert);
+    store.Cancel();
+    EXPECT_EQ(store.RecordCount(), 1);
+
+    store.SetIndexName("Orig_Key_Index");
+    EXPECT_EQ(store.IndexName(), "Orig_Key_Index");
+    EXPECT_TRUE(store.FindKey("node1/DISK"));
+    EXPECT_FALSE(store.FindKey("node1/dis"));
+    store.SetIndexName("primaryIdx");
+    EXPECT_TRUE(store.FindKey("1"));
+    EXPECT_FALSE(store.FindKey("2"));
+    EXPECT_THROW(store.SetIndexName("nope"), EDatabaseError);
+}
+
+TEST(TNoticeStore, EditThatTakesAnotherRowsKeyIsRefusedAndOwnKeyMayChangeCase) {
+    TNoticeStore store;
+    AddRow(store, "a");
+    AddRow(store, "b");
+    store.Edit();
+    store.Buffer().SetString(nf_adpt_orig_key, "A");
+    EXPECT_THROW(store.Post(), EDatabaseError);
+    store.Cancel();
+    store.Edit();
+    store.Buffer().SetString(nf_adpt_orig_key, "B");
+    store.Post();
+    store.SetIndexName("Orig_Key_Index");
+    EXPECT_TRUE(store.FindKey("b"));
+    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "B");
+    EXPECT_EQ(store.ActiveRecord().AsInteger(nf_nb_internal_key), 2);
+}
+
+TEST(TNoticeStore, NullAndEmptyKeysNeverCollideAndAreNeverFound) {
+    TNoticeStore store;
+    AddRow(store, "");
+    AddRow(store, "");
+    store.Append();
+    store.Buffer().SetString(nf_adpt_orig_key, "");
+    store.Post();
+    EXPECT_EQ(store.RecordCount(), 3);
+    store.SetIndexName("Orig_Key_Index");
+    EXPECT_FALSE(store.FindKey(""));
+}
+
+TEST(TNoticeStore, BookmarksSurviveInsertsAndDeletesOfOtherRows) {
+    TNoticeStore store;
+    for (int i = 1; i <= 5; ++i)
+        AddRow(store, "k" + std::to_string(i));
+    store.SetRecNo(3);
+    const TBookmark mark = store.GetBookmark();
+    store.First();
+    store.Delete();
+    AddRow(store, "k6");
+    ASSERT_TRUE(store.BookmarkValid(mark));
+    store.GotoBookmark(mark);
+    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "k3");
+    EXPECT_EQ(store.RecNo(), 2);
+    store.Delete();
+    EXPECT_FALSE(store.BookmarkValid(mark));
+    EXPECT_THROW(store.GotoBookmark(mark), EDatabaseError);
+    // Deleting the current row moves to the next one.
+    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "k4");
+}
+
+TEST(TNoticeStore, NavigationFollowsKeyOrderWithBofAndEof) {
+    TNoticeStore store;
+    EXPECT_TRUE(store.Eof());
+    EXPECT_TRUE(store.Bof());
+    for (int i = 1; i <= 3; ++i)
+        AddRow(store, "k" + std::to_string(i));
+    std::string seen;
+    for (store.First(); !store.Eof(); store.Next())
+        seen += store.ActiveRecord().AsString(nf_adpt_orig_key);
+    EXPECT_EQ(seen, "k1k2k3");
+    seen.clear();
+    for (store.Last(); !store.Bof(); store.Prior())
+        seen += store.ActiveRecord().AsString(nf_adpt_orig_key);
+    EXPECT_EQ(seen, "k3k2k1");
+    EXPECT_EQ(store.RowAt(2)->AsString(nf_adpt_orig_key), "k2");
+    EXPECT_EQ(store.RowAt(4), nullptr);
+}
+
+TEST(TNoticeStore, FilteredCountsFollowChangesAndSwitching) {
+    TNoticeStore store;
+    store.SetFilterCompiler(CompileSeverity);
+    AddRow(store, "a", 1);
+    AddRow(store, "b", 2);
+    store.SetFilterText("2");
+    EXPECT_EQ(store.RecordCount(), 2); // not switched on yet
+    store.SetFiltered(true);
+    EXPECT_EQ(store.RecordCount(), 1);
+    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "b");
+    AddRow(store, "c", 2);
+    AddRow(store, "d", 3);
+    EXPECT_EQ(store.RecordCount(), 2);
+    EXPECT_EQ(store.TotalCount(), 4);
+    EXPECT_EQ(store.RecNo(), 2); // "c"; "d" was posted but does not pass
+    store.Edit();
+    store.Buffer().SetInteger(nf_note_severity, 3);
+    store.Post();
+    EXPECT_EQ(store.RecordCount(), 1);
+    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "b");
+    EXPECT_THROW(store.SetFilterText("bad"), Exception);
+    EXPECT_EQ(store.FilterText(), "2");
+    EXPECT_EQ(store.RecordCount(), 1);
+    // Rows hidden by the filter are not found by a seek.
+    store.SetIndexName("Orig_Key_Index");
+    EXPECT_FALSE(store.FindKey("a"));
+    store.SetFiltered(false);
+    EXPECT_TRUE(store.FindKey("a"));
+    EXPECT_EQ(store.RecordCount(), 4);
+    store.SetFilterText("");
+    store.SetFiltered(true);
+    EXPECT_EQ(store.RecordCount(), 4);
+}
+
+TEST(TNoticeStore, ListenersHearOnceAfterControlsAreReEnabled) {
+    TNoticeStore store;
+    TCountingListener listener;
+    store.AddListener(&listener);
+    AddRow(store, "a");
+    EXPECT_EQ(listener.DataSet, 1);
+    store.DisableControls();
+    store.DisableControls();
+    AddRow(store, "b");
+    AddRow(store, "c");
+    store.EnableControls();
+    EXPECT_EQ(listener.DataSet, 1);
+    EXPECT_TRUE(store.ControlsDisabled());
+    store.EnableControls();
+    EXPECT_EQ(listener.DataSet, 2);
+    store.EnableControls(); // an extra enable is harmless
+    store.Edit();
+    store.Post();
+    EXPECT_EQ(listener.Records, 1);
+    store.RemoveListener(&listener);
+}
+
+TEST(TNoticeStore, CopyTakesRowsFilterAndKeyCounter) {
+    TNoticeStore store;
+    store.SetFilterCompiler(CompileSeverity);
+    AddRow(store, "a", 1);
+    AddRow(store, "b", 2);
+    store.SetFilterText("1");
+    store.SetFiltered(true);
+    TNoticeStore copy;
+    copy.CopyFrom(store);
+    EXPECT_EQ(copy.RecordCount(), 1);
+    EXPECT_EQ(copy.TotalCount(), 2);
+    copy.SetFiltered(false);
+    AddRow(copy, "c");
+    EXPECT_EQ(copy.ActiveRecord().AsInteger(nf_nb_internal_key), 3);
+    copy.SetIndexName("Orig_Key_Index");
+    EXPECT_TRUE(copy.FindKey("B"));
+    EXPECT_EQ(store.TotalCount(), 2);
+}
+
+TEST(TNoticeStore, MillionRowsBuildAndSeek) {
+    TNoticeStore store;
+    constexpr int N = 1000000;
+    for (int i = 0; i < N; ++i) {
+        store.Append();
+        store.Buffer().SetString(nf_adpt_orig_key, "key-" + std::to_string(i));
+        store.Post();
+    }
+    EXPECT_EQ(store.RecordCount(), N);
+    store.SetIndexName("Orig_Key_Index");
+    ASSERT_TRUE(store.FindKey("KEY-765432"));
+    EXPECT_EQ(store.RecNo(), 765433);
+    store.Delete();
+    EXPECT_EQ(store.RecNo(), 765433);
+    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "key-765433");
+    int visited = 0;
+    store.ForEachRow([&](const TNoticeRecord&) { ++visited; });
+    EXPECT_EQ(visited, N - 1);
+}
+
+TEST(TNoticeStore, RandomInsertsAndDeletesAgreeWithASimpleModel) {
+    TNoticeStore store;
+    store.SetIndexName("Orig_Key_Index");
+    std::vector<std::string> live; // keys in key order
+    uint32_t seed = 12345;
+    auto rnd = [&] { return seed = seed * 1103515245u + 12345u, seed >> 8; };
+    for (int step = 0; step < 60000; ++step) {
+        const std::string key = "K" + std::to_string(rnd() % 5000);
+        if (store.FindKey(key)) {
+            store.Delete();
+            live.erase(std::find(live.begin(), live.end(), key));
+        } else {
+            store.Append();
+            store.Buffer().SetString(nf_adpt_orig_key, key);
+            store.Post();
+            live.push_back(key);
+        }
+        ASSERT_EQ(store.RecordCount(), static_cast<int32_t>(live.size()));
+    }
+    for (size_t i = 0; i < live.size(); ++i) {
+        ASSERT_TRUE(store.FindKey(live[i]));
+        ASSERT_EQ(store.RecNo(), static_cast<int32_t>(i + 1));
+    }
+    for (int k = 0; k < 5000; ++k) {
+        const std::string key = "k" + std::to_string(k);
+        const bool isLive = std::find(live.begin(), live.end(), "K" + std::to_string(k)) != live.end();
+        ASSERT_EQ(store.FindKey(key), isLive) << key;
+    }
+}
+
+TEST(TNoticeRecord, SetStringsReplacesOnlyTheMaskedFields) {
+    TNoticeRecord row;
+    row.SetString(nf_adpt_id, "id");
+    row.SetString(nf_note_text, "old text");
+    row.SetString(nf_note_severity_str, "Fatal");
+    std::string_view values[NoticeFieldCount];
+    values[nf_note_text] = "a much longer text than before";
+    values[nf_ack_code] = "";
+    row.SetStrings(values, (1u << nf_note_text) | (1u << nf_ack_code));
+    EXPECT_EQ(row.AsString(nf_adpt_id), "id");
+    EXPECT_EQ(row.AsString(nf_note_text), "a much longer text than before");
+    EXPECT_EQ(row.AsString(nf_note_severity_str), "Fatal");
+    EXPECT_FALSE(row.IsNull(nf_ack_code));
+    EXPECT_TRUE(row.IsNull(nf_del_code));
+    EXPECT_EQ(row.TextBytes(), 2u + 30u + 5u);
+}
