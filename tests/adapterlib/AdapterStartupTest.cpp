@@ -1,0 +1,245 @@
+// Loading, starting, polling and shutting down configured adapters, with real libraries, a real
+// configuration in a temporary folder and a recorded status bar.
+#include "adapters/TAdapterStartup.h"
+#include "adapters/ZNB_Cfg.h"
+#include "platform/SystemSettings.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The window's status bar, icon and caption as the start-up leaves them; every panel text is recorded.
+class TRecordedView : public IAdapterStatusView {
+public:
+    int PanelCount() const override { return static_cast<int>(Widths.size()); }
+    int PanelWidth(int index) const override { return Widths.at(static_cast<size_t>(index)); }
+    void AddPanel() override { Widths.push_back(50); }
+    void SetPanelWidth(int index, int width) override { Widths.at(static_cast<size_t>(index)) = width; }
+    void SetPanelText(int index, const std::string& text) override {
+        Texts.push_back(std::to_string(index) + " " + text);
+    }
+    void SetStatusImage(int imageIndex) override { Image = imageIndex; }
+    void SetStatusCaption(const std::string& text) override { Caption = text; }
+
+    std::vector<int> Widths{200, 500};
+    std::vector<std::string> Texts;
+    int Image = -1;
+    std::string Caption = "No Adapters Loaded";
+};
+
+int32_t ZNA_CALL IgnoreNotice(intptr_t, const char* const*, intptr_t) {
+    return 0;
+}
+
+class AdapterStartup : public ::testing::Test {
+protected:
+    AdapterStartup() {
+        static int serial = 0;
+        Folder = fs::temp_directory_path() /
+                 ("nb_startup_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
+        fs::create_directories(Folder);
+    }
+    ~AdapterStartup() override { fs::remove_all(Folder); }
+
+    // Writes zpnbd.ini (extra adapters after the two built-in ones) and reads it.
+    std::unique_ptr<TNBConfig> Config(const std::string& ini) {
+        std::ofstream(Folder / "zpnbd.ini") << "[Noticeboard]\nNBFolder=" << (Folder / "nb").string() << "\n"
+                                            << ini;
+        auto config = std::make_unique<TNBConfig>(Folder.string() + "/");
+        config->Get();
+        return config;
+    }
+    std::string Log() const {
+        std::ifstream in(Folder / "nb" / "znb.log");
+        std::stringstream s;
+        s << in.rdbuf();
+        return s.str();
+    }
+    bool Logged(const std::string& line) const { return Log().find("  " + line + "\n") != std::string::npos; }
+    bool Shown(const std::string& panelText) const {
+        return std::find(View.Texts.begin(), View.Texts.end(), panelText) != View.Texts.end();
+    }
+
+    fs::path Folder;
+    TRecordedView View;
+};
+
+const char* const kTwoTestAdapters =
+    "[Adapters]\nCount=2\nAdapter_0=DuskMere\nAdapter_1=R/Vista\n"
+    "[Adapter_DuskMere]\nDLL_Name=ZNBA_TestRecorder\nLoadable=1\nEnabled=1\n"
+    "[Adapter_R/Vista]\nDLL_Name=ZNBA_TestBadConnect.dll\nLoadable=1\nEnabled=1\n";
+
+} // namespace
+
+TEST_F(AdapterStartup, TwoAdaptersShareTheProgressPanelWidthAndUseTheirOwnPanels) {
+    auto config = Config(kTwoTestAdapters);
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    EXPECT_EQ(startup.Init_Adapters(), 0);
+    // round(500 / 2) - 1 for panels 1 and 2; the last added panel keeps its default width.
+    EXPECT_EQ(View.Widths, (std::vector<int>{200, 249, 249, 50}));
+    EXPECT_TRUE(Shown("2 Adapter Loaded : DuskMere"));
+    EXPECT_TRUE(Shown("1 Adapter Loaded : R/Vista"));
+    EXPECT_EQ(View.Texts.back(), "1 ");
+    EXPECT_TRUE(Logged("Adapter : DuskMere was loaded."));
+    ASSERT_NE(startup.Adapters(), nullptr);
+    EXPECT_TRUE(startup.Adapters()->Get_Adapter("duskmere")->Loaded);
+}
+
+TEST_F(AdapterStartup, ThreeConfiguredNamesSplitTheProgressPanelInThree) {
+    auto config = Config("[Adapters]\nCount=1\nAdapter_0=Solo\n[Adapter_Solo]\nDLL_Name=ZNBA_TestRecorder\n");
+    config->SetAdapterLoadable("DuskMere", false);
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    // The two built-in names stay listed before the file's own.
+    startup.Init_Adapters();
+    EXPECT_EQ(View.Widths.size(), 5u);
+    EXPECT_EQ(View.Widths[1], 166); // round(500 / 3) - 1
+    EXPECT_TRUE(Shown("2 Adapter : DuskMere not loadable."));
+    EXPECT_TRUE(Logged("Adapter : R/Vista Not Loadable"));
+    EXPECT_TRUE(Logged("Adapter : Solo was loaded."));
+}
+
+TEST_F(AdapterStartup, MissingLibraryIsLoggedDisabledAndThenReportedAsDisabled) {
+    auto config = Config("[Adapters]\nCount=1\nAdapter_0=DuskMere\n"
+                         "[Adapter_DuskMere]\nDLL_Name=ZNBA_Missing\nLoadable=1\nEnabled=1\n");
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    EXPECT_EQ(startup.Init_Adapters(), 2);
+    EXPECT_FALSE(config->IsAdapterEnabled("DuskMere"));
+    EXPECT_TRUE(Shown("2 Adapter : DuskMere failed to load"));
+    EXPECT_TRUE(Logged("Adapter : DuskMere failed to load"));
+    EXPECT_NE(Log().find("Status  : Load Library Error Msg  : "), std::string::npos);
+    EXPECT_TRUE(Logged("Error   : 2 No such file or directory"));
+
+    EXPECT_EQ(startup.Start_Adapters(), 0);
+    EXPECT_TRUE(Logged("Adapter : DuskMere is disabled"));
+    EXPECT_EQ(View.Caption, "All Adapters disabled");
+    EXPECT_EQ(View.Image, 0);
+}
+
+TEST_F(AdapterStartup, EmptyDllNameStaysEnabledAndIsSkippedByTheStatusPoll) {
+    auto config =
+        Config("[Adapters]\nCount=1\nAdapter_0=DuskMere\n[Adapter_DuskMere]\nLoadable=1\nEnabled=1\n");
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    EXPECT_EQ(startup.Init_Adapters(), -1);
+    EXPECT_TRUE(Logged("Adapter : DuskMere DLL Name was not specified."));
+    EXPECT_TRUE(config->IsAdapterEnabled("DuskMere"));
+    EXPECT_EQ(startup.Start_Adapters(), 0);
+    EXPECT_TRUE(Shown("2 Adapter : DuskMere DLL not loaded"));
+    EXPECT_EQ(View.Caption, "All Adapters OK"); // no status entry point: it does not lower the state
+    EXPECT_EQ(View.Image, 2);
+}
+
+TEST_F(AdapterStartup, StartConnectsUnderTheMutexAndLogsFailuresWithTheConfiguredName) {
+    auto config = Config(kTwoTestAdapters);
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    ASSERT_EQ(startup.Init_Adapters(), 0);
+    EXPECT_EQ(startup.Start_Adapters(), 47000); // the last adapter's outcome
+    EXPECT_NE(startup.MutexHandle(), nullptr);
+    EXPECT_TRUE(Logged("Adapter : DuskMere has connected OK"));
+    EXPECT_TRUE(Shown("2 Adapter : DuskMere has connected OK"));
+    EXPECT_TRUE(Logged("Adapter : R/Vista failed to connect"));
+    EXPECT_TRUE(Logged("Error   : 47000 Unknown error 47000"));
+    // Both report state 2 (the failed connect does not change what the test adapter says).
+    EXPECT_EQ(View.Caption, "All Adapters OK");
+    EXPECT_EQ(View.Image, 2);
+}
+
+TEST_F(AdapterStartup, MixedStatesGiveAdapterHasFailedAndAllZeroGivesAllFailed) {
+    auto config = Config(kTwoTestAdapters);
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    startup.Init_Adapters();
+    using TSetState = void (*)(int32_t);
+    auto stateOf = [&](const char* name) {
+        return reinterpret_cast<TSetState>(
+            GetProcAddress(startup.Adapters()->Get_Adapter(name)->DLL_Handle, "ZNBA_Test_SetState"));
+    };
+    ASSERT_NE(stateOf("DuskMere"), nullptr);
+    ASSERT_NE(stateOf("R/Vista"), nullptr);
+    stateOf("DuskMere")(ZNA_STATE_ALL_OK);
+    stateOf("R/Vista")(ZNA_STATE_ALL_FAILED);
+    startup.Set_Adapters_Status();
+    EXPECT_EQ(View.Caption, "Adapter has failed");
+    EXPECT_EQ(View.Image, 1);
+    stateOf("DuskMere")(ZNA_STATE_ALL_FAILED);
+    startup.Set_Adapters_Status();
+    EXPECT_EQ(View.Caption, "All Adapters failed");
+    EXPECT_EQ(View.Image, 0);
+    stateOf("R/Vista")(ZNA_STATE_SOME_FAILED);
+    startup.Set_Adapters_Status();
+    EXPECT_EQ(View.Caption, "Adapter has failed");
+    // The runtime may keep the libraries loaded after this test: leave them as they were.
+    stateOf("DuskMere")(ZNA_STATE_ALL_OK);
+    stateOf("R/Vista")(ZNA_STATE_ALL_OK);
+}
+
+TEST_F(AdapterStartup, GarbageAndThrowingStatusDoNotLowerTheState) {
+    auto config = Config("[Adapters]\nCount=2\nAdapter_0=DuskMere\nAdapter_1=R/Vista\n"
+                         "[Adapter_DuskMere]\nDLL_Name=ZNBA_TestGarbageStatus\nLoadable=1\nEnabled=1\n"
+                         "[Adapter_R/Vista]\nDLL_Name=ZNBA_TestThrows\nLoadable=1\nEnabled=1\n");
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    EXPECT_EQ(startup.Init_Adapters(), 0);
+    EXPECT_EQ(startup.Start_Adapters(), -1); // the throwing connect counts as a failed connect
+    EXPECT_TRUE(Logged("Adapter : R/Vista failed to connect"));
+    EXPECT_TRUE(Logged(
+        "Status  : Adapter : R/Vista : ZNA_Connect raised an exception : ZNA_Connect failed on purpose"));
+    startup.Set_Adapters_Status();
+    EXPECT_EQ(View.Caption, "All Adapters OK");
+    EXPECT_EQ(View.Image, 2);
+}
+
+TEST_F(AdapterStartup, ShutdownDisconnectsUnloadsAndLogsOnlyFailures) {
+    auto config = Config(kTwoTestAdapters);
+    auto startup = std::make_unique<TAdapterStartup>(*config, View, &IgnoreNotice);
+    startup->Init_Adapters();
+    startup->Start_Adapters();
+    // Keep the recorder loaded past the shutdown to read what it was told.
+    TLibHandle recorder = PvLoadLib("ZNBA_TestRecorder");
+    ASSERT_NE(recorder, nullptr);
+    auto calls = reinterpret_cast<const char* (*)()>(GetProcAddress(recorder, "ZNBA_Test_Calls"));
+    startup->Shutdown_Adapters();
+    EXPECT_EQ(startup->Adapters(), nullptr);
+    EXPECT_EQ(startup->MutexHandle(), nullptr);
+    const std::string record = calls();
+    const std::string folder = (Folder / "nb").string() + "/";
+    EXPECT_NE(
+        record.find("Connect " + folder + "/" + std::to_string(folder.size() + 1) + " mutex callback\n"),
+        std::string::npos)
+        << record;
+    // Disconnected by the close handler and once more by the unload.
+    EXPECT_NE(record.find("Disconnect\nDisconnect\n"), std::string::npos) << record;
+    EXPECT_EQ(Log().find("Unloading DLL"), std::string::npos);
+    FreeLibrary(recorder);
+    startup.reset();
+}
+
+TEST_F(AdapterStartup, StartWithoutInitReports44000) {
+    auto config = Config("");
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    EXPECT_EQ(startup.Start_Adapters(), 44000);
+    EXPECT_TRUE(Logged("Adapter List is not available"));
+    EXPECT_EQ(View.Caption, "All Adapters disabled");
+}
+
+TEST_F(AdapterStartup, PreparedConfigurationTakesDuskmereLoadableFromTheInstallation) {
+    Config("[Adapters]\nCount=1\nAdapter_0=DuskMere\n[Adapter_DuskMere]\nLoadable=1\n");
+    SetSystemSettingsFolder(Folder.string()); // nothing registered there
+    TNBConfig& config = Prepare_NBConfig(Folder.string() + "/");
+    EXPECT_EQ(&config, NBConfig.get());
+    EXPECT_FALSE(config.IsAdapterLoadable("DuskMere"));
+
+    const fs::path install = Folder / "duskmere";
+    fs::create_directories(install);
+    std::ofstream(install / "dskconnector.exe") << "connector";
+    fs::create_directories(Folder / "Zarvo Software");
+    std::ofstream(Folder / "Zarvo Software" / "DuskmereOperationsConsole.conf")
+        << "[InstallExists]\nCurrentDirectory=" << install.string() << "\n";
+    EXPECT_TRUE(Prepare_NBConfig(Folder.string() + "/").IsAdapterLoadable("DuskMere"));
+    SetSystemSettingsFolder("");
+    NBConfig.reset();
+}

@@ -1,0 +1,119 @@
+// The demo adapter through the real loader: what it sends, how it answers, and that it stops cleanly.
+#include "adapters/ZNBA_Interface.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <mutex>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Collects what the adapter's worker thread sends; the test thread waits for it.
+struct TInbox {
+    std::mutex Lock;
+    std::condition_variable Arrived;
+    std::vector<std::string> Messages;
+};
+TInbox gInbox;
+
+int32_t ZNA_CALL Collect(intptr_t, const char* const* xml, intptr_t) {
+    std::lock_guard<std::mutex> lock(gInbox.Lock);
+    gInbox.Messages.emplace_back(*xml);
+    gInbox.Arrived.notify_all();
+    return 0;
+}
+
+// Waits (bounded, for a stalled adapter) until a message containing needle has arrived; returns it.
+std::string WaitFor(const std::string& needle) {
+    std::unique_lock<std::mutex> lock(gInbox.Lock);
+    std::string found;
+    gInbox.Arrived.wait_for(lock, std::chrono::seconds(10), [&] {
+        for (const std::string& m : gInbox.Messages)
+            if (m.find(needle) != std::string::npos) return !(found = m).empty();
+        return false;
+    });
+    return found;
+}
+
+std::string Between(const std::string& text, const std::string& open, const std::string& close) {
+    const size_t a = text.find(open);
+    if (a == std::string::npos) return std::string();
+    const size_t b = text.find(close, a + open.size());
+    return b == std::string::npos ? std::string() : text.substr(a + open.size(), b - a - open.size());
+}
+
+} // namespace
+
+TEST(DemoAdapter, PostsNoticesAndAnswersAcknowledgeAndDelete) {
+    ::setenv("ZNBA_DEMO_INTERVAL_MS", "20", 1);
+    ::setenv("ZNBA_DEMO_SEED", "7", 1);
+    TZNB_Adapter_Obj demo;
+    demo.Name = "demo";
+    ASSERT_EQ(demo.Load_DLL("ZNBA_Demo"), 0) << demo.Message;
+
+    int32_t state = -1, size = 0;
+    ASSERT_EQ(demo.Call_Status(&state, nullptr, &size), 0);
+    EXPECT_EQ(state, ZNA_STATE_ALL_FAILED); // not connected yet
+
+    int32_t folderSize = 0;
+    const char* folder = demo.Keep_Text("/tmp/nb/", folderSize);
+    ASSERT_EQ(demo.Call_Connect(folder, folderSize, nullptr, &Collect), 0);
+
+    const std::string first = WaitFor("<Command>post</Command>");
+    ASSERT_FALSE(first.empty());
+    EXPECT_EQ(first.rfind("<NoticeMessage><NoticeList><Notice>", 0), 0u);
+    EXPECT_NE(first.find("<adpt_source_type>demo</adpt_source_type>"), std::string::npos);
+    EXPECT_NE(first.find("<note_count>1</note_count>"), std::string::npos);
+    const std::string raised = Between(first, "<note_raised_date>", "</note_raised_date>");
+    EXPECT_EQ(raised.size(), 19u);
+    EXPECT_EQ(raised[10], 'T');
+    // A repeat of an earlier notice comes as another post with a higher count.
+    EXPECT_FALSE(WaitFor("<note_count>2</note_count>").empty());
+
+    char info[4096] = {};
+    size = sizeof(info);
+    ASSERT_EQ(demo.Call_Status(&state, info, &size), 0);
+    EXPECT_EQ(state, ZNA_STATE_ALL_OK);
+    EXPECT_NE(std::string(info).find("connected"), std::string::npos);
+
+    const std::string key = Between(first, "<adpt_orig_key>", "</adpt_orig_key>");
+    const std::string ackCode = Between(first, "<ack_code>", "</ack_code>");
+    const std::string delCode = Between(first, "<del_code>", "</del_code>");
+    int32_t idSize = 0, codeSize = 0;
+    const char* id = demo.Keep_Text("DEMO", idSize);
+    const char* code = demo.Keep_Text(ackCode, codeSize);
+    // The notice may have been cleared by the simulation already; then the demo says it does not know it.
+    const int32_t ack = demo.Call_Acknowledge_Note(id, idSize, code, codeSize);
+    if (ack == 0) {
+        const std::string update = WaitFor("<Command>update</Command><adpt_id>DEMO</adpt_id><adpt_orig_key>" +
+                                           key + "</adpt_orig_key>");
+        EXPECT_NE(update.find("<ack_date>"), std::string::npos);
+        code = demo.Keep_Text(delCode, codeSize);
+        EXPECT_EQ(demo.Call_Delete_Note(id, idSize, code, codeSize), 0);
+        EXPECT_FALSE(
+            WaitFor("<Command>delete</Command><adpt_id>DEMO</adpt_id><adpt_orig_key>" + key).empty());
+    } else {
+        EXPECT_EQ(ack, ZNA_ERR_NOTICE_NOT_FOUND);
+    }
+    code = demo.Keep_Text("ACK-unknown", codeSize);
+    EXPECT_EQ(demo.Call_Acknowledge_Note(id, idSize, code, codeSize), ZNA_ERR_NOTICE_NOT_FOUND);
+
+    // After disconnect nothing more arrives: the worker has been joined.
+    EXPECT_EQ(demo.Call_Disconnect(), 0);
+    size_t count;
+    {
+        std::lock_guard<std::mutex> lock(gInbox.Lock);
+        count = gInbox.Messages.size();
+    }
+    EXPECT_EQ(demo.Call_Disconnect(), 0); // a second disconnect is harmless
+    size = 0;
+    ASSERT_EQ(demo.Call_Status(&state, nullptr, &size), 0);
+    EXPECT_EQ(state, ZNA_STATE_ALL_FAILED);
+    EXPECT_EQ(demo.UnLoad_DLL(), 0);
+    std::lock_guard<std::mutex> lock(gInbox.Lock);
+    EXPECT_EQ(gInbox.Messages.size(), count);
+}
