@@ -263,13 +263,17 @@ TTyped ToDateTime(TTyped v) {
     ThrowAt("Expected a date-time, not " + TypeName(v.Type), v);
 }
 
+bool TryTextToNumber(const std::string& text, double& value) {
+    const std::string t = Trim(text);
+    const auto [end, ec] = std::from_chars(t.data(), t.data() + t.size(), value);
+    return !t.empty() && ec == std::errc() && end == t.data() + t.size() && std::isfinite(value);
+}
+
 TTyped ToNumber(TTyped v) {
     if (v.Type == TVType::Number || v.Type == TVType::DateTime) return v;
     if (v.Type == TVType::Text && v.IsConst) {
-        const std::string t = Trim(v.Str);
         double d = 0;
-        const auto [end, ec] = std::from_chars(t.data(), t.data() + t.size(), d);
-        if (t.empty() || ec != std::errc() || end != t.data() + t.size() || !std::isfinite(d))
+        if (!TryTextToNumber(v.Str, d))
             ThrowAt("'" + PrintableFilterText(v.Str) + "' is not a valid number", v);
         TTyped r = std::move(v);
         r.Type = TVType::Number;

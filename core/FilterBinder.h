@@ -40,6 +40,8 @@ TTyped ToText(TTyped v);
 // Accepts numbers and date-times as they are and converts a constant text to a date-time.
 TTyped ToDateTime(TTyped v);
 TTyped ToNumber(TTyped v);
+// A decimal number, blanks around it allowed.
+bool TryTextToNumber(const std::string& text, double& value);
 // A date text: ISO 8601 (date, optional time after 'T' or a blank) or the locale's short date and time.
 bool ParseFilterDate(const std::string& text, double& value);
 std::string TypeName(TVType type);

@@ -54,6 +54,11 @@ TTyped ConvertTextFor(TTyped text, const TTyped& other, const TFilterAst& op) {
             if (SameText(Trim(text.Str), SeverityStrings[i]))
                 return NumConst(static_cast<double>(i + 1), TVType::Number, op);
         }
+        double number;
+        if (!TryTextToNumber(text.Str, number))
+            ThrowAt("'" + PrintableFilterText(text.Str) +
+                        "' is not a severity (Normal, Warning, Fatal or Critical)",
+                    text);
     }
     return ToNumber(std::move(text));
 }

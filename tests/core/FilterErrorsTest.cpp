@@ -51,7 +51,8 @@ TEST(FilterErrors, TypeAndNameProblemsPointAtTheirPart) {
     EXPECT_EQ(ErrorOf("note_summary = 5"), "Cannot compare text with a number at line 1, column 14");
     EXPECT_EQ(ErrorOf("note_count = note_summary"), "Cannot compare text with a number at line 1, column 12");
     EXPECT_EQ(ErrorOf("\n  note_raised_date >= 'someday'"), "Invalid date 'someday' at line 2, column 23");
-    EXPECT_EQ(ErrorOf("note_severity = 'Severe'"), "'Severe' is not a valid number at line 1, column 17");
+    EXPECT_EQ(ErrorOf("note_severity = 'Severe'"),
+              "'Severe' is not a severity (Normal, Warning, Fatal or Critical) at line 1, column 17");
     EXPECT_EQ(ErrorOf("( note_raised_date >= 21/11/2026 )"),
               "Cannot compare a date-time with a number (write a date in quotes, as '2026-11-21') at line 1, "
               "column 20");
