@@ -88,8 +88,10 @@ void TFilterLexer::SkipBlanks() {
 }
 
 TFilterToken TFilterLexer::Next() {
+    const int previousEnd = FLine;
     SkipBlanks();
     TFilterToken tok;
+    tok.FirstOnLine = FLine > previousEnd;
     tok.Line = FLine;
     tok.Column = FColumn;
     if (FPos >= FText.size()) return tok;

@@ -14,6 +14,7 @@ struct TFilterToken {
     std::string Text; // name, unquoted text literal, number as written, or the symbol ("<=", "(", ...)
     int Line = 1;
     int Column = 1;
+    bool FirstOnLine = false; // a line break separates it from the token before
 
     bool Is(const char* symbol) const { return Kind == TFilterTokenKind::Symbol && Text == symbol; }
     // True for a plain name equal to keyword in any letter case.

@@ -73,13 +73,24 @@ private:
         ~TNest() { --P.FNesting; }
     };
 
+    // A filter line whose boolean operator was left empty or set to NOT (the line editor offers both on
+    // every line) starts a new condition right after the last one: it is read as joined by AND.
+    bool StartsUnjoinedLine() const {
+        return FTok.FirstOnLine && FTok.Kind != TFilterTokenKind::End && !FTok.IsKeyword("AND") &&
+               !FTok.IsKeyword("OR") && !FTok.Is(")") && !FTok.Is(",");
+    }
+
+    bool AtJoin(const char* keyword) const {
+        return FTok.IsKeyword(keyword) || (std::string_view(keyword) == "AND" && StartsUnjoinedLine());
+    }
+
     TAst ParseChain(TFilterAstKind kind, const char* keyword, TAst (TFilterParser::*operand)()) {
         TAst first = (this->*operand)();
-        if (!FTok.IsKeyword(keyword)) return first;
+        if (!AtJoin(keyword)) return first;
         TAst chain = Make(kind, FTok, keyword);
         Adopt(*chain, std::move(first));
-        while (FTok.IsKeyword(keyword)) {
-            Advance();
+        while (AtJoin(keyword)) {
+            if (FTok.IsKeyword(keyword)) Advance();
             Adopt(*chain, (this->*operand)());
         }
         return chain;

@@ -35,6 +35,12 @@ TEST(FilterLanguage, EditorLinesJoinedByLineBreaks) {
     EXPECT_TRUE(Passes("( note_severity IN 2,3 )\nOR ( note_count < 0 )", row));
     EXPECT_TRUE(Passes("( adpt_source_id IN 'XYZ','ABC' )", row));
     EXPECT_TRUE(Passes("( note_count <> 4 )\rAND ( note_count > 2 )\nAND ( note_count <= 3 )", row));
+    // Lines whose boolean operator is empty or a bare NOT join the line before with AND.
+    EXPECT_TRUE(Passes("( note_count = 3 )\r\n( note_severity = 3 )", row));
+    EXPECT_FALSE(Passes("( note_count = 3 )\r\n( note_severity = 1 )", row));
+    EXPECT_FALSE(Passes("( note_count = 3 )\r\nNOT ( note_severity = 3 )", row));
+    EXPECT_TRUE(Passes("( note_count = 1 )\r\nOR ( note_count = 3 )\r\nNOT ( note_severity = 1 )", row));
+    EXPECT_THROW(CompileFilterExpression("( note_count = 3 ) ( note_severity = 3 )"), EFilterExpressionError);
 }
 
 TEST(FilterLanguage, KeywordsNamesAndBlanksInAnyForm) {
