@@ -19,11 +19,11 @@ public:
     const char* ClassName() const noexcept override { return "EFilterExpressionError"; }
 };
 
-// Compiles a filter text (lines may be separated by any line break; a line that starts a new condition
-// without AND or OR, as a filter line with an empty or NOT boolean operator does, is joined by AND). A text of only blanks accepts every
-// row. Raises EFilterExpressionError for a bad text; never anything else for any input. The result owns its
-// whole tree and never throws when asked about a row; a row passes only when the condition is true (a
-// comparison with a null value is neither true nor false).
+// Compiles a filter text. Lines may be separated by any line break; a line that starts a new condition
+// without AND or OR (a filter line whose boolean operator is empty or NOT) is joined by AND. A text of only
+// blanks accepts every row. Raises EFilterExpressionError for a bad text; never anything else for any input.
+// The result owns its whole tree and never throws when asked about a row; a row passes only when the
+// condition is true (a comparison with a null value is neither true nor false).
 std::unique_ptr<IRowFilter> CompileFilterExpression(const std::string& text);
 
 // Deepest nesting of parentheses, NOT and operators a filter text may have.
