@@ -124,8 +124,17 @@ TTyped BindIsNull(const TFilterAst& ast) {
 }
 
 TTyped BindLike(const TFilterAst& ast) {
-    TTyped v = ToText(BindValue(*ast.Children[0]));
-    TTyped p = ToText(BindValue(*ast.Children[1]));
+    TTyped raw = BindValue(*ast.Children[0]);
+    const TFilterAst& patternAst = *ast.Children[1];
+    TTyped p;
+    if (IsUnresolvedName(patternAst) && raw.IsField && raw.Field == nf_note_severity) {
+        // "note_severity LIKE Fatal": the bare severity text as the pattern, matched against the shown text.
+        const TTyped severity = BindValue(patternAst, &raw);
+        p = StrConst(SeverityStrings[static_cast<size_t>(severity.Num) - 1], patternAst);
+    } else {
+        p = ToText(BindValue(patternAst));
+    }
+    TTyped v = ToText(std::move(raw));
     TBoolPtr node;
     if (p.IsConst && v.IsField)
         node = MakeLikeFieldConst(v.Field, p.Str);

@@ -85,6 +85,7 @@ TEST(FilterLanguage, SeverityTextsCompareAsTheirNumbers) {
     EXPECT_TRUE(Passes("note_severity IN ('Warning', 'Critical')", warning));
     EXPECT_TRUE(Passes("note_severity = '3'", fatal));
     EXPECT_TRUE(Passes("note_severity LIKE 'Fat%'", fatal)) << "shown as text where text is wanted";
+    EXPECT_TRUE(Passes("( note_severity LIKE Fatal )", fatal));
     EXPECT_THROW(CompileFilterExpression("note_severity = 'Severe'"), EFilterExpressionError);
     EXPECT_THROW(CompileFilterExpression("note_count = 'Fatal'"), EFilterExpressionError);
 }
