@@ -5,8 +5,6 @@
 #include "support/Zs_strings.h"
 
 #include <fstream>
-#include <iterator>
-#include <sstream>
 
 const std::array<std::string, 6> FilterFieldsArray = {"boolop",   "leftPar", "fieldname",
                                                       "operator", "value",   "RightPar"};
@@ -109,8 +107,11 @@ void TFilter::filterFromFile(const std::string& FileName) {
     if (!FileExists(FileName)) return; // a folder opens on some systems but is no filter
     std::ifstream in(FileName, std::ios::binary);
     if (!in) return;
-    std::string data((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    // SetAsData reads only the flag byte and the 9999 after it, so a huge file is not read whole.
+    std::string data(1 + MaxDataBytes, '\0');
+    in.read(data.data(), static_cast<std::streamsize>(data.size()));
     if (in.bad()) return;
+    data.resize(static_cast<size_t>(in.gcount()));
     SetAsData(data);
 }
 
