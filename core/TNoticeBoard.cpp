@@ -1,5 +1,6 @@
 #include "core/TNoticeBoard.h"
 
+#include "core/FilterExpression.h"
 #include "core/Znb_data.h"
 #include "core/Znb_noticetext.h"
 #include "core/Znb_xml.h"
@@ -10,6 +11,7 @@
 TNoticeBoard::TNoticeBoard() {
     const std::vector<std::string> columns(SeverityStrings.begin(), SeverityStrings.end());
     PVO_Node_Stats = std::make_unique<TStats_Obj>(nullptr, &columns);
+    FNoticeBd.SetFilterCompiler(CompileFilterExpression);
 }
 
 TNoticeBoard::~TNoticeBoard() {

@@ -31,3 +31,17 @@ public:
     using Exception::Exception;
     const char* ClassName() const noexcept override { return "EInOutError"; }
 };
+
+// An index outside a list ("List index out of bounds (7)").
+class EListError : public Exception {
+public:
+    using Exception::Exception;
+    const char* ClassName() const noexcept override { return "EListError"; }
+};
+
+// A broken internal expectation, raised instead of going on with inconsistent state.
+class EAssertionFailed : public Exception {
+public:
+    using Exception::Exception;
+    const char* ClassName() const noexcept override { return "EAssertionFailed"; }
+};

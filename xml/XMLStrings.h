@@ -11,13 +11,6 @@
 #include <string_view>
 #include <vector>
 
-// An index outside a list ("List index out of bounds (7)").
-class EListError : public Exception {
-public:
-    using Exception::Exception;
-    const char* ClassName() const noexcept override { return "EListError"; }
-};
-
 class TXMLStrings {
 public:
     // The line end of joined text: the platform's own.

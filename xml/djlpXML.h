@@ -43,13 +43,6 @@ public:
     const char* ClassName() const noexcept override { return "EXMLReadError"; }
 };
 
-// A broken internal expectation (the character-data reader's checks).
-class EAssertionFailed : public Exception {
-public:
-    using Exception::Exception;
-    const char* ClassName() const noexcept override { return "EAssertionFailed"; }
-};
-
 // Elements nested deeper than this raise EXMLReadError instead of exhausting the stack.
 constexpr int32_t MaxXMLNestingDepth = 1000;
 
