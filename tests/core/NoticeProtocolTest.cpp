@@ -54,8 +54,6 @@ TEST_F(NoticeBoardTest, EmptyCountIsNullOnInsertAndZeroOnUpdate) {
 }
 
 TEST_F(NoticeBoardTest, FailedInsertionDropsTheRestAndRestoresTheStore) {
-    Store().SetFilterCompiler(
-        [](const std::string& t) { return std::make_unique<TSeverityFilter>(std::stoi(t)); });
     Send(Message(Notice("post", El("adpt_orig_key", "keep") + El("note_severity", "1")) +
                  Notice("post", El("adpt_orig_key", "hidden") + El("note_severity", "2")) +
                  Notice("post", El("adpt_orig_key", "keep2") + El("note_severity", "1"))));
