@@ -13,12 +13,26 @@ namespace {
 
 class TCompiledFilter final : public IRowFilter {
 public:
-    explicit TCompiledFilter(TBoolPtr root) : FRoot(std::move(root)) {}
+    TCompiledFilter(TBoolPtr root, bool readsText) : FRoot(std::move(root)), FReadsText(readsText) {}
     bool Accept(const TNoticeRecord& row) const override { return !FRoot || FRoot->Eval(row) == TTri::True; }
+    bool ReadsText() const override { return FReadsText; }
 
 private:
     TBoolPtr FRoot; // null: no condition, every row passes
+    bool FReadsText;
 };
+
+// Whether the text names a string field anywhere. A name inside a literal counts too; that only costs a
+// little bandwidth when the store recounts.
+bool MentionsTextField(const std::string& text) {
+    const std::string lower = LowerCase(text);
+    for (int f = 0; f < NoticeFieldCount; ++f) {
+        const TNoticeField field = static_cast<TNoticeField>(f);
+        if (TNoticeRecord::StringSlot(field) >= 0 && lower.find(NoticeFieldName(field)) != std::string::npos)
+            return true;
+    }
+    return false;
+}
 
 // Reads exactly n digits at s[i].
 bool Digits(const std::string& s, size_t& i, size_t n, int& value) {
@@ -77,7 +91,7 @@ std::unique_ptr<IRowFilter> CompileFilterExpression(const std::string& text) {
     try {
         std::unique_ptr<TFilterAst> ast = ParseFilterText(text);
         TBoolPtr root = ast ? BindFilterCondition(*ast) : nullptr;
-        return std::make_unique<TCompiledFilter>(std::move(root));
+        return std::make_unique<TCompiledFilter>(std::move(root), MentionsTextField(text));
     } catch (const EFilterExpressionError&) {
         throw;
     } catch (const std::bad_alloc&) {

@@ -47,6 +47,9 @@ public:
         FNullMask &= ~(1u << f);
     }
 
+    // The packed text of the string fields (null when they are all empty); for prefetching while scanning.
+    const char* TextData() const { return FText.get(); }
+
     // Heap bytes owned by the row (the packed text).
     size_t TextBytes() const { return FEnds[StringFieldCount - 1]; }
 

@@ -132,8 +132,15 @@ void TNoticeStore::RecomputePassing() {
         return;
     }
     std::vector<int8_t> marks(static_cast<size_t>(FRows.Size()), 0);
-    for (int32_t s = 0; s < FRows.Size(); ++s)
+    const int32_t size = FRows.Size();
+    // Each row's text lives in its own heap block: a filter on text is bound by memory latency unless the
+    // blocks of the next rows are already on their way.
+    constexpr int32_t Ahead = 8;
+    const bool prefetch = FFilter->ReadsText();
+    for (int32_t s = 0; s < size; ++s) {
+        if (prefetch && s + Ahead < size) __builtin_prefetch(FRows[s + Ahead].TextData());
         marks[s] = (FAlive.Get(s) && Passes(FRows[s])) ? 1 : 0;
+    }
     FPassing.Assign(marks);
 }
 

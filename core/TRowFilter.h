@@ -12,6 +12,9 @@ public:
     virtual ~IRowFilter() = default;
     // True when the row passes. Never throws: a value that cannot be compared makes the row fail.
     virtual bool Accept(const TNoticeRecord& row) const = 0;
+    // Whether Accept may read string fields. The store fetches the rows' text ahead while it recounts a
+    // whole table for such a filter; for filters on numbers and dates that would only waste bandwidth.
+    virtual bool ReadsText() const { return true; }
 };
 
 #include <functional>
