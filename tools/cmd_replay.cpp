@@ -113,9 +113,19 @@ const TNbtoolCommandRegistrar
     Registrar({"replay",
                "  nbtool replay [--results] [--counters] [--status] [--log FILE] "
                "[--filter-file FILE.nbf] [--filter EXPR] MESSAGE_FILE...\n"
-               "      Hands each file to the notice callback as an adapter would and\n"
-               "      prints the results, the store, the per-node counters and the\n"
-               "      status bar text. A filter shows only the rows it passes.",
+               "      Hands each file's bytes to the notice callback exactly as an adapter would\n"
+               "      (one file = one message, in the order given), then prints to standard output:\n"
+               "        --results      first, one line per file: name, tab, the callback's result\n"
+               "                       (0, or 53244 when the message failed);\n"
+               "        (always)       the store as tab-separated text: a header of the 18 field\n"
+               "                       names, then one line per row in nb_internal_key order; \\\\,\n"
+               "                       \\t, \\r, \\n escapes; dates yyyy-mm-dd hh:nn:ss[.zzz]; null \\N;\n"
+               "        --counters     then a blank line and node<TAB>severity<TAB>count per counter;\n"
+               "        --status       last, the status bar text.\n"
+               "      --log FILE          the log file the board writes (none by default).\n"
+               "      --filter-file F     apply the saved filter F (.nbf) after the messages;\n"
+               "      --filter EXPR       apply a filter expression; only passing rows are printed\n"
+               "                          and the status line shows the filtered count.",
                RunReplay});
 
 } // namespace
