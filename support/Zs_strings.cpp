@@ -2,8 +2,9 @@
 
 namespace {
 
-char CurrentDelimiter = ',';
 constexpr char QuoteChar = '"';
+// Until a caller sets one, the delimiter is the quote character itself.
+char CurrentDelimiter = QuoteChar;
 
 } // namespace
 

@@ -9,6 +9,7 @@
 #include <string_view>
 
 // Makes Ch the current delimiter and returns true; the zero byte changes nothing and returns false.
+// The delimiter is the double quote until first set.
 bool SetDelimiter(char Ch);
 char GetDelimiter();
 

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 TEST(ZsStrings, TokenPositionsCountDelimiters) {
     ASSERT_TRUE(SetDelimiter(','));
     EXPECT_FALSE(SetDelimiter('\0'));
@@ -64,4 +66,11 @@ TEST(ZsStrings, HexToIntReadsUpperCaseOnly) {
     EXPECT_EQ(HexToInt("1:@"), 0x139u) << "':' to '@' count as 3 to 9";
     EXPECT_EQ(HexToInt("1G2"), 1u);
     EXPECT_EQ(HexToInt("123456789"), 0x23456789u) << "only the low 32 bits are kept";
+}
+
+TEST(ZsStringsDeathTest, DelimiterIsTheDoubleQuoteUntilSet) {
+    // The delimiter is process-wide and other tests set it: look at it in a fresh process.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(std::exit(GetDelimiter() == '"' && GetTokenPos("a,b\"c", 2) == 5 ? 0 : 1),
+                ::testing::ExitedWithCode(0), "");
 }
