@@ -129,6 +129,9 @@ private:
             if (!FTok.IsKeyword("NULL"))
                 Fail(node->Negated ? "Expected NULL after IS NOT" : "Expected NULL after IS");
             Advance();
+            // The line editor stores an emptied value box of a text field as '', so a text field's
+            // "IS NULL" line may carry one; it means nothing.
+            if (FTok.Kind == TFilterTokenKind::Text && FTok.Text.empty() && !FTok.FirstOnLine) Advance();
             Adopt(*node, std::move(left));
             return node;
         }

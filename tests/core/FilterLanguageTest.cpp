@@ -179,3 +179,10 @@ TEST(FilterLanguage, LongPartsOfLongTextsAreFoundInLinearTime) {
     EXPECT_FALSE(Passes("note_text LIKE '%" + std::string(1000000, 'a') + "b%'", row));
     EXPECT_TRUE(Passes("note_text LIKE '%" + std::string(1000000, 'a') + "%'", row));
 }
+
+TEST(FilterLanguage, EmptiedTextValueAfterIsNullIsIgnored) {
+    TNoticeRecord row = Notice(2, "A", "s"); // del_code null
+    EXPECT_TRUE(Passes("( del_code IS NULL '' )\r\nAND ( note_summary IS NOT NULL '' )", row));
+    EXPECT_FALSE(Passes("( note_summary IS NULL '' )", row));
+    EXPECT_THROW(CompileFilterExpression("del_code IS NULL 'x'"), EFilterExpressionError);
+}

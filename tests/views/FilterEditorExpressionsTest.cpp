@@ -28,7 +28,8 @@ template <size_t N> const char* Pick(std::mt19937& rng, const char* const (&item
 
 // The value the line editor stores for an operator and field: text in quotes, the rest bare.
 std::string ValueFor(std::mt19937& rng, const std::string& field, const std::string& op) {
-    if (op == "IS NULL" || op == "IS NOT NULL") return "";
+    // A text field's value box emptied by choosing IS NULL is stored as ''.
+    if (op == "IS NULL" || op == "IS NOT NULL") return IsTextField(field) && rng() % 2 ? "''" : "";
     if (IsTextField(field)) {
         static const char* const texts[] = {"abc", "", "a%", "%x_y%", "db-prod-07"};
         // Typed for IN, a','b becomes the list 'a','b'.
