@@ -63,3 +63,19 @@ TEST(NameChecks, ViewNameStopsAtTheFirstFailedCheck) {
     EXPECT_THAT(prompt.Messages,
                 ElementsAre("Error - Display names are restricted to 32 characters", invalid, invalid));
 }
+
+TEST(NameChecks, AMultiByteCharacterIsOneCharacter) {
+    const std::string e = "\xC3\xA9"; // U+00E9 in UTF-8
+    std::string twenty;
+    for (int i = 0; i < 20; ++i)
+        twenty += e;
+    TScriptedPrompt prompt;
+    EXPECT_FALSE(ValidateFileName("caf" + e));
+    EXPECT_THAT(prompt.Messages, ElementsAre("Error - Name contains an invalid character: \"" + e + "\""));
+    prompt.Messages.clear();
+    EXPECT_FALSE(ValidateFileName(twenty));
+    EXPECT_EQ(prompt.Messages.size(), 20u) << "40 bytes but 20 characters: not too long";
+    prompt.Messages.clear();
+    EXPECT_FALSE(ValidateViewName(twenty));
+    EXPECT_THAT(prompt.Messages, ElementsAre(testing::StartsWith("Error - The Display name")));
+}
