@@ -7,6 +7,7 @@
 #include "core/Znb_callback.h"
 #include "core/Znb_data.h"
 #include "core/Znb_storetext.h"
+#include "support/StrUtils.h"
 #include "views/FilterApply.h"
 
 #include <cstdio>
@@ -60,6 +61,12 @@ int RunReplay(const std::vector<std::string>& args) {
             files.push_back(a);
     }
     if (files.empty()) return Usage();
+    // The board treats a missing filter file as an empty filter; on the command line that is a typing
+    // mistake that would silently show every row.
+    if (!filterFile.empty() && !FileExists(filterFile)) {
+        std::fprintf(stderr, "nbtool replay: cannot read '%s'\n", filterFile.c_str());
+        return 1;
+    }
 
     // The log goes where --log says; without it nothing is logged.
     NBConfig = std::make_unique<TNBConfig>(std::string("./"));
