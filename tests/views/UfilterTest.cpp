@@ -189,7 +189,9 @@ TEST(Ufilter, HostileFilesLoadWithoutHarm) {
         f.Append();
         f.filterFromFile(path);
         EXPECT_LE(f.GetAsData().size(), 10000u);
-        if (content.size() <= 1) EXPECT_EQ(f.GetRowCount(), 0) << "an empty or flag-only file has no lines";
+        if (content.size() <= 1) {
+            EXPECT_EQ(f.GetRowCount(), 0) << "an empty or flag-only file has no lines";
+        }
         try {
             CompileFilterExpression(f.GetFilterString());
         } catch (const EFilterExpressionError&) {
