@@ -211,12 +211,6 @@ TEST_F(ConfigStore, FolderThatCannotBeCreatedIsReportedOnceAndReadingGoesOn) {
     EXPECT_EQ(cfg.LogFileName, folder + "znb.log");
 }
 
-TEST_F(ConfigStore, SaveIntoMissingFolderRaisesAndLeavesNothing) {
-    TNBConfig cfg(Folder / "nowhere");
-    EXPECT_THROW(cfg.Save(), EInOutError);
-    EXPECT_FALSE(DirectoryExists(Folder / "nowhere"));
-}
-
 TEST_F(ConfigStore, LogFileNameFollowsTheGlobalConfiguration) {
     NBConfig.reset();
     EXPECT_EQ(NBLogFileName(), "");
