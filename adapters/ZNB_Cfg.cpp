@@ -7,6 +7,7 @@
 #include "support/StrUtils.h"
 
 #include <filesystem>
+#include <map>
 #include <system_error>
 
 std::unique_ptr<TNBConfig> NBConfig;
@@ -32,6 +33,26 @@ bool CreateFolder(const std::string& Folder) {
     std::error_code ec;
     std::filesystem::create_directory(ExcludeTrailingPathDelimiter(Folder), ec);
     return !ec && DirectoryExists(ExcludeTrailingPathDelimiter(Folder));
+}
+
+// The non-empty names of keys Adapter_0 .. Adapter_<Count-1> of section Adapters, in number order.
+// Only the keys present are visited, so a garbage Count such as 2000000000 costs nothing.
+std::vector<std::string> ListedAdapters(const TIniFile& Ini) {
+    const int32_t count = Ini.ReadInteger(SecAdapters, "Count", 0);
+    std::map<int32_t, std::string> byNumber;
+    for (const std::string& key : Ini.ReadSection(SecAdapters)) {
+        if (key.size() <= 8 || !StartsText("Adapter_", key)) continue;
+        const std::string digits = key.substr(8);
+        int32_t i = 0;
+        // Only the spelling the board writes, IntToStr(i), names key i ("Adapter_07" does not).
+        if (!TryStrToInt(digits, i) || i < 0 || i >= count || IntToStr(i) != digits) continue;
+        std::string name = Ini.ReadString(SecAdapters, key, "");
+        if (!name.empty()) byNumber.emplace(i, std::move(name));
+    }
+    std::vector<std::string> names;
+    for (auto& entry : byNumber)
+        names.push_back(std::move(entry.second));
+    return names;
 }
 
 } // namespace
@@ -146,10 +167,7 @@ void TNBConfig::Get() {
         All_Adapters = ini.ReadBool(SecAdapterConfig, "All_Adapters", false);
         AlwaysPrompt = ini.ReadBool(SecAdapterConfig, "AlwaysPrompt", true);
 
-        const int32_t count = ini.ReadInteger(SecAdapters, "Count", 0);
-        for (int32_t i = 0; i < count; ++i) {
-            const std::string name = ini.ReadString(SecAdapters, "Adapter_" + IntToStr(i), "");
-            if (name.empty()) continue;
+        for (const std::string& name : ListedAdapters(ini)) {
             TZNB_Adapter_Cfg* cfg = FindAdapterCfg(name);
             if (!cfg) cfg = &AddAdapter(name);
             cfg->Load_Ini_File(ini); // a failing section keeps what the record had
@@ -235,8 +253,8 @@ bool TNBConfig::ConfigPrompt() {
 
     bool dontShowAgain = false;
     const bool yes = NBPrompt().DisplayDialog(question, dontShowAgain);
-    // Yes opens the configuration dialog while the question's form is still up; the check box takes
-    // effect when that form closes.
+    // Yes opens the configuration dialog (whose OK saves the settings) before the check box is applied;
+    // the box's answer reaches the file with the next Save, as it always has.
     if (yes) NBPrompt().ShowConfigDialog();
     AlwaysPrompt = !dontShowAgain;
     return true;

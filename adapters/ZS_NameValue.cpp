@@ -73,17 +73,15 @@ std::string TName_Value_List::Decode_Value(const std::string& Value) const {
 }
 
 void TName_Value_List::Decode_String(const std::string& Text) {
-    std::string rest = Text;
-    while (!rest.empty()) {
-        std::string item;
-        const size_t p = Item_Separator.empty() ? std::string::npos : rest.find(Item_Separator);
-        if (p == std::string::npos) {
-            item = rest;
-            rest.clear();
-        } else {
-            item = rest.substr(0, p);
-            rest = rest.substr(p + Item_Separator.size());
-        }
+    // Walks the text once with an index; cutting the rest off item by item would copy it again for
+    // every item.
+    const size_t sepLen = Item_Separator.size();
+    size_t start = 0;
+    while (start < Text.size()) {
+        const size_t p = sepLen == 0 ? std::string::npos : Text.find(Item_Separator, start);
+        const size_t end = p == std::string::npos ? Text.size() : p;
+        const std::string item = Text.substr(start, end - start);
+        start = p == std::string::npos ? Text.size() : p + sepLen;
         const size_t q = item.find('=');
         if (q == std::string::npos)
             Add_Name_Value(LowerCase(item), std::string());

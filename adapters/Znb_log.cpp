@@ -157,13 +157,13 @@ void Truncate_Log_File() {
 
 // ---- ZNB_Log_Obj
 
-ZNB_Log_Obj::ZNB_Log_Obj(const std::string& FileName) : FFileName(FileName) {
-    FFile = std::fopen(FileName.c_str(), "a");
-    if (!FFile) throw EInOutError("Cannot open log file \"" + FileName + "\": " + std::strerror(errno));
+ZNB_Log_Obj::ZNB_Log_Obj(const std::string& FileName) : FFileName(FileName), FFile(FileName) {
+    if (FFile.OpenError() != 0)
+        throw EInOutError("Cannot open log file \"" + FileName + "\": " + std::strerror(FFile.OpenError()));
 }
 
 ZNB_Log_Obj::~ZNB_Log_Obj() noexcept(false) {
-    const bool failed = std::fclose(FFile) != 0;
+    const bool failed = FFile.Close() != 0;
     // Never raise while another exception is unwinding the stack.
     if (failed && std::uncaught_exceptions() == 0)
         throw EInOutError("Cannot close log file \"" + FFileName + "\"");
@@ -171,9 +171,9 @@ ZNB_Log_Obj::~ZNB_Log_Obj() noexcept(false) {
 
 uint8_t ZNB_Log_Obj::Write_Log(const std::string& Line) {
     try {
-        const std::string data = Line + LineEnd;
-        std::fwrite(data.data(), 1, data.size(), FFile);
-        std::fflush(FFile); // the file is shared: let other readers see whole lines at once
+        // The file is shared with other writers: the whole line goes out in one append write, so their
+        // lines never land inside it. A failed write is swallowed.
+        FFile.Append(Line + LineEnd);
     } catch (...) {
     }
     return 0;

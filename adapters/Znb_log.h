@@ -4,8 +4,9 @@
 // All functions are called from the board's thread; none of them throws.
 #pragma once
 
+#include "platform/FileLock.h"
+
 #include <cstdint>
-#include <cstdio>
 #include <string>
 
 class INBLogMemo; // the on-screen mirror of rvLog_Display, implemented by the UI
@@ -44,7 +45,7 @@ void rvLog_TextFile(const std::string& FileName);
 void rvLog_Display_TextFile(const std::string& FileName);
 void Truncate_Log_File();
 
-// A log file kept open for the object's life; writes without retries.
+// A log file kept open for the object's life; writes without retries, each line in one append write.
 class ZNB_Log_Obj {
 public:
     explicit ZNB_Log_Obj(const std::string& FileName); // EInOutError when the file cannot be opened
@@ -58,5 +59,5 @@ public:
 
 private:
     std::string FFileName;
-    std::FILE* FFile = nullptr;
+    TAppendFile FFile;
 };

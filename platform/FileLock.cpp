@@ -42,3 +42,31 @@ TExclusiveFileLock::~TExclusiveFileLock() {
         ::close(FFd);
     }
 }
+
+TAppendFile::TAppendFile(const std::string& fileName) {
+    FFd = ::open(fileName.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (FFd < 0) FOpenError = errno ? errno : EIO;
+}
+
+TAppendFile::~TAppendFile() {
+    Close();
+}
+
+bool TAppendFile::Append(std::string_view data) {
+    if (FFd < 0) return false;
+    size_t done = 0;
+    while (done < data.size()) {
+        const ssize_t n = ::write(FFd, data.data() + done, data.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        done += static_cast<size_t>(n);
+    }
+    return true;
+}
+
+int TAppendFile::Close() {
+    if (FFd < 0) return 0;
+    const int rc = ::close(FFd);
+    FFd = -1;
+    return rc == 0 ? 0 : (errno ? errno : EIO);
+}

@@ -25,3 +25,24 @@ private:
     int FFd = -1;
     bool FLocked = false;
 };
+
+// A file kept open for appending (created when missing) for the object's life; a log that other processes
+// write too. Plain value owned by its creator; one thread at a time. Nothing here throws.
+class TAppendFile {
+public:
+    explicit TAppendFile(const std::string& fileName);
+    ~TAppendFile(); // closes the file if Close has not
+    TAppendFile(const TAppendFile&) = delete;
+    TAppendFile& operator=(const TAppendFile&) = delete;
+
+    // 0 when the file is open, else the errno value of the failed open.
+    int OpenError() const { return FOpenError; }
+    // Sends data in one write(2) (a short write sends the rest after it). False on a write error.
+    bool Append(std::string_view data);
+    // Closes the file: 0, or the errno value of the failed close. Later calls return 0.
+    int Close();
+
+private:
+    int FFd = -1;
+    int FOpenError = 0;
+};

@@ -3,6 +3,9 @@
 #include <QLocale>
 #include <QString>
 
+#include <cctype>
+#include <cstring>
+
 namespace {
 
 // Qt's pattern letters (d M y H h m s z AP) to the board's (d m y h n s z AM/PM).
@@ -67,16 +70,22 @@ std::string WidenYear(std::string format) {
     return format;
 }
 
+// The first separator of a format: ASCII punctuation outside quoted text. Format letters, blanks and
+// the bytes of words such as the Japanese hour sign are not separators; without one, Fallback.
 char FirstSeparator(const std::string& format, const char* letters, char fallback) {
-    for (char c : format)
-        if (std::string(letters).find(c) == std::string::npos && c != '"' && c != ' ') return c;
+    bool quoted = false;
+    for (char c : format) {
+        if (c == '"') {
+            quoted = !quoted;
+            continue;
+        }
+        const auto u = static_cast<unsigned char>(c);
+        if (!quoted && u < 0x80 && std::ispunct(u) && !std::strchr(letters, c)) return c;
+    }
     return fallback;
 }
 
-} // namespace
-
-TLocaleFormats UserLocaleFormats() {
-    const QLocale locale = QLocale::system();
+TLocaleFormats FormatsOf(const QLocale& locale) {
     TLocaleFormats f;
     // The C/POSIX locale has no user preferences; Qt would give a month-name date there, which the board's
     // numeric date parser cannot read back. Use the numeric day-first form instead.
@@ -92,4 +101,14 @@ TLocaleFormats UserLocaleFormats() {
     f.DateSeparator = FirstSeparator(f.ShortDateFormat, "dmy", '/');
     f.TimeSeparator = FirstSeparator(f.LongTimeFormat, "hnszAMP/", ':');
     return f;
+}
+
+} // namespace
+
+TLocaleFormats UserLocaleFormats() {
+    return FormatsOf(QLocale::system());
+}
+
+TLocaleFormats LocaleFormatsNamed(const std::string& name) {
+    return FormatsOf(QLocale(QString::fromStdString(name)));
 }

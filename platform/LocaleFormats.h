@@ -15,3 +15,6 @@ struct TLocaleFormats {
 
 // Reads the formats once per call; any thread.
 TLocaleFormats UserLocaleFormats();
+// The formats a user of the named locale ("de_DE", "ja_JP") would have; tests and tools use it to look at
+// other users' settings. An unknown name gives the C locale's formats.
+TLocaleFormats LocaleFormatsNamed(const std::string& name);

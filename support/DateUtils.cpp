@@ -23,6 +23,12 @@ const char* const LongDayNames[7] = {"Sunday",   "Monday", "Tuesday", "Wednesday
 // Whole days since 1 January 0001 (day 1) and milliseconds of the day, with the time of day taken from the
 // absolute fraction.
 void ToTimeStamp(TDateTime dt, int64_t& days, int64_t& msecs) {
+    // NaN, infinities and values far outside any calendar decode as day 0 (all date parts zero) rather
+    // than overflow the integer conversions below.
+    if (!std::isfinite(dt) || std::fabs(dt) > 1e9) {
+        days = msecs = 0;
+        return;
+    }
     const double whole = std::trunc(dt);
     int64_t ms = static_cast<int64_t>(std::llround(std::fabs(dt - whole) * MSecsPerDay));
     days = static_cast<int64_t>(whole) + DateDelta;
@@ -153,7 +159,8 @@ void DecodeDateTime(TDateTime dt, int& year, int& month, int& day, int& hour, in
 int DayOfWeek(TDateTime dt) {
     int64_t days, ms;
     ToTimeStamp(dt, days, ms);
-    return static_cast<int>(days % 7) + 1;
+    // Days before 1 January 0001 count backwards; keep the result in 1..7 for them too.
+    return static_cast<int>((days % 7 + 7) % 7) + 1;
 }
 
 TDateTime Now() {

@@ -72,7 +72,12 @@ bool TIniFile::ReadBool(const std::string& Section, const std::string& Key, bool
 }
 
 void TIniFile::WriteString(const std::string& Section, const std::string& Key, const std::string& Value) {
-    FImpl->Ini.SetValue(Section.c_str(), Key.c_str(), Value.c_str());
+    // A value is one line of the file: a line break in it (a folder name can hold one) would start new
+    // keys or sections of its own, so breaks are written as blanks.
+    std::string oneLine = Value;
+    for (char& c : oneLine)
+        if (c == '\n' || c == '\r') c = ' ';
+    FImpl->Ini.SetValue(Section.c_str(), Key.c_str(), oneLine.c_str());
 }
 
 void TIniFile::WriteInteger(const std::string& Section, const std::string& Key, int32_t Value) {

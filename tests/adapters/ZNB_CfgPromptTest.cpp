@@ -66,16 +66,11 @@ TEST_F(ConfigPrompt, EachAdapterStateAsksItsOwnQuestion) {
     EXPECT_TRUE(Cfg.AlwaysPrompt);
 }
 
-TEST_F(ConfigPrompt, NothingIsAskedWhenNothingNeedsConfiguring) {
+TEST_F(ConfigPrompt, NothingIsAskedWhenNothingNeedsConfiguringOrPromptingIsOff) {
     EXPECT_TRUE(Cfg.ConfigPrompt()); // neither product installed
     Cfg.SetAdapterLoadable("DuskMere", true);
     Cfg.SetAdapterConfigured("DuskMere", true);
     EXPECT_TRUE(Cfg.ConfigPrompt());
-    EXPECT_TRUE(Prompt.Questions.empty());
-}
-
-TEST_F(ConfigPrompt, NothingIsAskedWhilePromptingIsOff) {
-    Cfg.SetAdapterLoadable("DuskMere", true);
     Cfg.SetAdapterLoadable("R/Vista", true);
     Cfg.AlwaysPrompt = false;
     EXPECT_TRUE(Cfg.ConfigPrompt());

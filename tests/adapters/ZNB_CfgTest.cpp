@@ -120,6 +120,22 @@ TEST_F(ConfigStore, AllAdaptersMakesAnyNameLoadableAndIsNeverWrittenBack) {
     EXPECT_EQ(back.AdapterCount(), 2);
 }
 
+TEST_F(ConfigStore, GarbageAdapterCountReadsOnlyTheNumberedKeysBelowIt) {
+    WriteTextFile(Ini(), "[Adapters]\nCount=2147483647\nadapter_9=Nine\nAdapter_07=Padded\n"
+                         "Adapter_+3=Signed\nAdapter_2=Two\nAdapter_x=Junk\n");
+    TNBConfig cfg(Folder.Path());
+    cfg.Get(); // returns at once instead of probing two billion keys
+    ASSERT_EQ(cfg.AdapterCount(), 4);
+    EXPECT_EQ(cfg.AdapterName(2), "Two"); // in key number order, not file order
+    EXPECT_EQ(cfg.AdapterName(3), "Nine");
+
+    WriteTextFile(Ini(), "[Adapters]\nCount=1\nAdapter_1=Beyond\nAdapter_0=Inside\n");
+    TNBConfig small(Folder.Path());
+    small.Get();
+    ASSERT_EQ(small.AdapterCount(), 3);
+    EXPECT_EQ(small.AdapterName(2), "Inside");
+}
+
 TEST_F(ConfigStore, SaveRewritesAdapterListButKeepsOldAdapterSections) {
     WriteTextFile(Ini(),
                   "; kept comment\n[Noticeboard]\nConnectDelay=7\n"
@@ -163,11 +179,12 @@ TEST_F(ConfigStore, FolderIsReadBackWithOneTrailingSeparator) {
 TEST_F(ConfigStore, UnusableIniFilesReadAsDefaults) {
     const std::string garbage("\x01\xff\xfe[[[=\0\0==]\n\x80\x81 Count=oops\n[Noticeboard\nConnectDelay", 45);
     for (const std::string& text : {std::string(), garbage,
-                                    std::string("[Noticeboard]\nConnectDelay=abc\n"
+                                    std::string("[Noticeboard]\nConnectDelay=abc\nNBFolder=\n"
                                                 "WhenToConnect=\nNBShutdownPrompt=yes\n")}) {
         WriteTextFile(Ini(), text);
         TNBConfig cfg(Folder.Path());
         cfg.Get();
+        EXPECT_EQ(cfg.NBFolder, Folder.Path() + "Noticeboard/"); // an empty value too, never the root
         EXPECT_EQ(cfg.ConnectDelay, 15);
         EXPECT_EQ(cfg.WhenToConnect, 0);
         EXPECT_TRUE(cfg.NBShutdownPrompt); // booleans are numbers: "yes" is not one
@@ -192,12 +209,6 @@ TEST_F(ConfigStore, FolderThatCannotBeCreatedIsReportedOnceAndReadingGoesOn) {
     EXPECT_FALSE(DirectoryExists(Folder / "missing"));
     EXPECT_EQ(cfg.ConnectDelay, 3);
     EXPECT_EQ(cfg.LogFileName, folder + "znb.log");
-}
-
-TEST_F(ConfigStore, SaveIntoMissingFolderRaisesAndLeavesNothing) {
-    TNBConfig cfg(Folder / "nowhere");
-    EXPECT_THROW(cfg.Save(), EInOutError);
-    EXPECT_FALSE(DirectoryExists(Folder / "nowhere"));
 }
 
 TEST_F(ConfigStore, LogFileNameFollowsTheGlobalConfiguration) {

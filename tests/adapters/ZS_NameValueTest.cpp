@@ -96,3 +96,16 @@ TEST(NameValueList, NumbersThatDoNotConvertGiveZero) {
     EXPECT_EQ(list.Look_Up_Num("d"), 0);
     EXPECT_EQ(list.Look_Up_Num("missing"), 0);
 }
+
+TEST(NameValueList, LongTextIsDecodedInOnePass) {
+    // Two megabytes of items: copying the unread rest once per item would take minutes.
+    std::string text;
+    for (int i = 0; i < 500000; ++i)
+        text += "k=v;";
+    text += "last=1";
+    TName_Value_List list;
+    list.Decode_String(text);
+    EXPECT_EQ(list.Count(), 2);
+    EXPECT_EQ(list.Look_Up_Value("K"), "v");
+    EXPECT_EQ(list.Look_Up_Num("last"), 1);
+}

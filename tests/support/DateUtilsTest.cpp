@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 TEST(DateUtils, EncodeAndDecodeRoundTripAcrossTheCalendar) {
     EXPECT_EQ(EncodeDate(1899, 12, 30), 0.0);
     EXPECT_EQ(EncodeDate(1970, 1, 1), UnixDateDelta);
@@ -38,6 +40,18 @@ TEST(DateUtils, FormatDateTimeUsesTheBoardLetters) {
     EXPECT_EQ(FormatDateTime("c", EncodeDate(2004, 1, 12), fs), "12/01/2004");
     EXPECT_EQ(FormatDateTime("ddd mmm", dt, fs), "Mon Jan");
     EXPECT_EQ(FormatDateTime("h:nn am/pm", EncodeTime(13, 5, 0, 0), fs), "1:05 pm");
+}
+
+TEST(DateUtils, ValuesOutsideTheCalendarFormatWithoutReadingOutOfBounds) {
+    TFormatSettings fs;
+    const std::string names = "Sun Mon Tue Wed Thu Fri Sat";
+    for (TDateTime dt : {-700000.0, -693594.5, -1e12}) {
+        const std::string day = FormatDateTime("ddd", dt, fs);
+        EXPECT_NE(names.find(day), std::string::npos) << dt << " gave " << day;
+    }
+    for (TDateTime dt : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300})
+        EXPECT_EQ(FormatDateTime("yyyy-mm-dd hh:nn:ss", dt, fs), "0000-00-00 00:00:00") << dt;
+    EXPECT_EQ(DayOfWeek(EncodeDate(2004, 1, 12)), 2); // a Monday: dates inside the calendar are unchanged
 }
 
 TEST(DateUtils, StrToDateTimeFollowsTheDateOrderOfTheSettings) {

@@ -87,3 +87,16 @@ TEST(IniFile, UnreadableFilesReadAsEmptyAndFailedSavesLeaveNoTrace) {
     TIniFile garbage(folder / "bin.ini");
     EXPECT_EQ(garbage.ReadInteger("s", "k", 4), 4);
 }
+
+TEST(IniFile, ValueWithLineBreaksStaysInItsOwnKey) {
+    TTempFolder folder;
+    const std::string file = folder / "a.ini";
+    {
+        TIniFile ini(file);
+        ini.WriteString("Noticeboard", "NBFolder", "/a\n[Adapters]\r\nCount=5");
+        ini.UpdateFile();
+    }
+    TIniFile back(file);
+    EXPECT_EQ(back.ReadString("Noticeboard", "NBFolder", ""), "/a [Adapters]  Count=5");
+    EXPECT_FALSE(back.SectionExists("Adapters"));
+}

@@ -1,5 +1,6 @@
 #include "support/Zs_datetime.h"
 
+#include "platform/LocaleFormats.h"
 #include "support/Exception.h"
 
 #include <gtest/gtest.h>
@@ -135,6 +136,25 @@ TEST_F(DayFirstLocale, ConvertDateReordersFieldsUntilTheLocaleAcceptsThem) {
     EXPECT_EQ(ConvertDate("hello"), "hello");
     EXPECT_EQ(ConvertDate(""), "");
     EXPECT_EQ(ConvertDate("99-99-99 99"), "99-99-99 99");
+}
+
+TEST(LocaleDates, SeparatorsAreAsciiPunctuationOutsideQuotedWords) {
+    const TLocaleFormats de = LocaleFormatsNamed("de_DE");
+    EXPECT_EQ(de.ShortDateFormat, "dd.mm.yyyy");
+    EXPECT_EQ(std::string() + de.DateSeparator + de.TimeSeparator, ".:");
+    // Japanese times are written with hour and minute signs, Canadian French ones with quoted "h" and
+    // "min": neither gives a separator of its own, so times keep ":" (not a byte of a sign or the "m").
+    const TLocaleFormats ja = LocaleFormatsNamed("ja_JP");
+    EXPECT_EQ(std::string() + ja.DateSeparator + ja.TimeSeparator, "/:");
+    const TLocaleFormats fr = LocaleFormatsNamed("fr_CA");
+    EXPECT_EQ(std::string() + fr.DateSeparator + fr.TimeSeparator, "-:");
+
+    TFormatSettingsGuard saved;
+    FormatSettings().ShortDateFormat = ja.ShortDateFormat;
+    FormatSettings().DateSeparator = ja.DateSeparator;
+    FormatSettings().TimeSeparator = ja.TimeSeparator;
+    EXPECT_TRUE(isDateString("2004/01/12 10:20:30"));
+    EXPECT_EQ(ConvertDate("12-01-2004 10:20:30"), "2004-01-12 10:20:30");
 }
 
 TEST(TimeUnits, UnitWordsAreMatchedByFragmentInFixedOrder) {
