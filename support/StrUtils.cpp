@@ -109,7 +109,10 @@ std::string IntToStr(int64_t value) {
 }
 
 bool TryStrToInt(std::string_view s, int32_t& value) {
+    // Leading blanks are skipped, trailing ones are not, as the original runtime's conversion did.
     size_t i = 0;
+    while (i < s.size() && s[i] == ' ')
+        ++i;
     bool negative = false;
     if (i < s.size() && (s[i] == '+' || s[i] == '-')) negative = s[i++] == '-';
     int64_t acc = 0;
@@ -131,8 +134,8 @@ bool TryStrToInt(std::string_view s, int32_t& value) {
             if (acc > 0xFFFFFFFFLL) return false;
         }
         // A hexadecimal literal names the 32-bit pattern, as in the original runtime.
-        int32_t v = static_cast<int32_t>(static_cast<uint32_t>(acc));
-        value = negative ? -v : v;
+        const uint32_t bits = static_cast<uint32_t>(acc);
+        value = static_cast<int32_t>(negative ? 0u - bits : bits); // wraps like the 32-bit original
         return true;
     }
     if (i == s.size()) return false;

@@ -36,7 +36,7 @@ size_t Pos(std::string_view needle, std::string_view s);
 
 // Decimal conversions. StrToInt accepts an optional sign and decimal digits (and a "$"-prefixed hexadecimal
 // value, as the original runtime did) within 32 bits and raises EConvertError
-// ("'x' is not a valid integer value") for anything else, surrounding blanks included.
+// ("'x' is not a valid integer value") for anything else. Leading blanks are skipped, trailing ones are not.
 std::string IntToStr(int64_t value);
 int32_t StrToInt(std::string_view s);
 bool TryStrToInt(std::string_view s, int32_t& value);

@@ -16,7 +16,9 @@ TEST(StrUtils, StrToIntAcceptsSignedDecimalsWithin32Bits) {
     EXPECT_EQ(StrToInt("$1F"), 31);
     EXPECT_THROW(StrToInt("2147483648"), EConvertError);
     EXPECT_THROW(StrToInt("12abc"), EConvertError);
-    EXPECT_THROW(StrToInt(" 1"), EConvertError);
+    EXPECT_EQ(StrToInt("  1"), 1);
+    EXPECT_THROW(StrToInt("1 "), EConvertError);
+    EXPECT_EQ(StrToInt("-$80000000"), INT32_MIN);
     EXPECT_THROW(StrToInt(""), EConvertError);
     EXPECT_EQ(StrToIntDef("x", 5), 5);
 }
