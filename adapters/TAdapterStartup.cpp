@@ -203,8 +203,12 @@ void TAdapterStartup::Set_Adapters_Status() {
 }
 
 void TAdapterStartup::Shutdown_Adapters() {
-    FMutex.reset();
-    if (!FAdapters) return;
+    // The mutex handle is closed only after every adapter is disconnected: adapters hold the very same
+    // sem_t*, and a closed one is unmapped memory under any adapter thread still waiting on it.
+    if (!FAdapters) {
+        FMutex.reset();
+        return;
+    }
     for (int i = 0; i < FAdapters->Count(); ++i) {
         TZNB_Adapter_Obj* adapter = FAdapters->Objects(i);
         if (!adapter) continue;
@@ -220,6 +224,7 @@ void TAdapterStartup::Shutdown_Adapters() {
             Log("Error : " + IntToStr(rc) + " Unloading DLL " + adapter->Name + " " + adapter->DLL_Name);
     }
     FAdapters.reset();
+    FMutex.reset();
 }
 
 TNBConfig& Prepare_NBConfig(const std::string& exeFolder) {

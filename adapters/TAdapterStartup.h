@@ -56,8 +56,8 @@ public:
     // Asks every enabled adapter for its state and sets the status icon and caption.
     void Set_Adapters_Status();
 
-    // Closes the mutex handle, disconnects and unloads every adapter (failures are logged) and frees the
-    // list. Afterwards Adapters() is null.
+    // Disconnects and unloads every adapter (failures are logged), frees the list, then closes the mutex
+    // handle (adapters may use it until they are disconnected). Afterwards Adapters() is null.
     void Shutdown_Adapters();
 
     // The adapter list; null before Init_Adapters and after Shutdown_Adapters. Owned by this object.

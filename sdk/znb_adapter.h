@@ -12,8 +12,8 @@
  * Order of calls over an adapter's life:
  *   load -> ZNA_Connect -> any number of ZNA_Status, ZNA_Set_Config, ZNA_Acknowledge_Note, ZNA_Delete_Note
  *   -> ZNA_Disconnect (possibly twice in a row) -> unload.
- * ZNA_Set_Config and ZNA_Status may also come before ZNA_Connect; an adapter that is never started is
- * unloaded without any call. */
+ * ZNA_Set_Config and ZNA_Status may also come before ZNA_Connect; an adapter that was never connected
+ * still gets ZNA_Disconnect before it is unloaded. */
 #ifndef ZNB_ADAPTER_H
 #define ZNB_ADAPTER_H
 

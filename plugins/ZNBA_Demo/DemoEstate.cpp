@@ -1,5 +1,6 @@
 #include "DemoEstate.h"
 
+#include <algorithm>
 #include <ctime>
 #include <iterator>
 #include <vector>
@@ -66,13 +67,16 @@ std::string DemoXmlEncode(const std::string& text) {
     return out;
 }
 
-std::string DemoIsoNow() {
-    const std::time_t now = std::time(nullptr);
+std::string DemoIsoTime(std::time_t t) {
     std::tm local{};
-    localtime_r(&now, &local);
+    localtime_r(&t, &local);
     char buf[32];
     std::strftime(buf, sizeof(buf), "%Y-%m-%dT%H:%M:%S", &local);
     return buf;
+}
+
+std::string DemoIsoNow() {
+    return DemoIsoTime(std::time(nullptr));
 }
 
 TDemoEstate::TDemoEstate(uint32_t seed) : FRandom(seed) {}
@@ -105,7 +109,9 @@ std::string TDemoEstate::Tick() {
         if (!FLive.empty() && roll < 3) { // raised again
             auto it = std::next(FLive.begin(), static_cast<long>(FRandom() % FLive.size()));
             it->second.Count += 1;
-            it->second.LastRaised = DemoIsoNow();
+            // Dates carry whole seconds: a repeat within the same second still has to come out later.
+            it->second.LastRaisedAt = std::max(std::time(nullptr), it->second.LastRaisedAt + 1);
+            it->second.LastRaised = DemoIsoTime(it->second.LastRaisedAt);
             body += NoticeXml("post", it->second, true);
         } else if (!FLive.empty() && roll < 4) { // cleared at the source
             auto it = std::next(FLive.begin(), static_cast<long>(FRandom() % FLive.size()));
@@ -121,7 +127,8 @@ std::string TDemoEstate::Tick() {
             e.Text = kind.Text;
             e.Severity = kind.Severity;
             e.Count = 1;
-            e.FirstRaised = e.LastRaised = DemoIsoNow();
+            e.LastRaisedAt = std::time(nullptr);
+            e.FirstRaised = e.LastRaised = DemoIsoTime(e.LastRaisedAt);
             ++FRaised;
             body += NoticeXml("post", e, true);
             FLive.emplace(e.Key, e);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <map>
 #include <random>
 #include <string>
@@ -33,6 +34,7 @@ private:
         int32_t Severity = 1;
         int32_t Count = 0;
         std::string FirstRaised, LastRaised, AckDate;
+        std::time_t LastRaisedAt = 0; // LastRaised as a clock value
     };
     std::string NoticeXml(const char* command, const TEvent& e, bool full) const;
     const TEvent* FindByCode(const std::string& code, const char* prefix) const;
@@ -46,5 +48,6 @@ private:
 // XML_Encode: the five entities, "&" first.
 std::string DemoXmlEncode(const std::string& text);
 
-// The local time now as "YYYY-MM-DDThh:mm:ss".
+// The local time at t, and now, as "YYYY-MM-DDThh:mm:ss".
+std::string DemoIsoTime(std::time_t t);
 std::string DemoIsoNow();

@@ -1,14 +1,17 @@
 // An adapter for the tests. It records every call with its arguments, one line per call, and exposes that
-// record and the stored callback through three extra exports that tests look up themselves:
-//   const char* ZNBA_Test_Calls()          all lines so far, each ending in "\n"
-//   void        ZNBA_Test_Reset()          forget the lines, report state 2 again
-//   int32_t     ZNBA_Test_Send(const char*) hand an XML text to the stored callback (from the caller's
-//   thread) void        ZNBA_Test_SetState(int32_t) the state ZNA_Status reports (default 2)
+// record and the stored callback through four extra exports that tests look up themselves:
+//   const char* ZNBA_Test_Calls()             all lines so far, each ending in "\n"
+//   void        ZNBA_Test_Reset()             forget the lines and the mutex, report state 2 again
+//   int32_t     ZNBA_Test_Send(const char*)   hand an XML text to the stored callback (caller's thread)
+//   void        ZNBA_Test_SetState(int32_t)   the state ZNA_Status reports (default 2)
+// The first disconnect after a connect records the value of the board's start-up mutex, so a board that
+// closed the mutex before disconnecting its adapters is caught.
 // Compile-time switches turn it into the faulty variants the loader must cope with.
 #include "znb_adapter.h"
 
 #include <algorithm>
 #include <mutex>
+#include <semaphore.h>
 #include <stdexcept>
 #include <string>
 
@@ -17,6 +20,7 @@ namespace {
 std::mutex gLock;
 std::string gCalls;
 ZNA_Notice_Callback gCallback = nullptr;
+ZNA_Mutex gMutex = nullptr; // the board's start-up mutex from the last connect, until the next disconnect
 int32_t gState = ZNA_STATE_ALL_OK;
 int32_t gStatusCalls = 0;
 
@@ -64,6 +68,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char* folder, int32_t folder_size,
     MaybeThrow("ZNA_Connect");
     std::lock_guard<std::mutex> lock(gLock);
     gCallback = callback;
+    gMutex = mutex;
 #ifdef ZNBA_TEST_CONNECT_RESULT
     return ZNBA_TEST_CONNECT_RESULT;
 #else
@@ -72,7 +77,16 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char* folder, int32_t folder_size,
 }
 
 ZNA_EXPORT int32_t ZNA_CALL ZNA_Disconnect(void) {
-    Record("Disconnect");
+    // The first disconnect after a connect reads the board's mutex, which must still be open (and free).
+    ZNA_Mutex mutex;
+    {
+        std::lock_guard<std::mutex> lock(gLock);
+        mutex = gMutex;
+        gMutex = nullptr;
+    }
+    int value = -1;
+    if (mutex) ::sem_getvalue(static_cast<sem_t*>(mutex), &value);
+    Record(mutex ? "Disconnect mutex " + std::to_string(value) : std::string("Disconnect"));
     MaybeThrow("ZNA_Disconnect");
     std::lock_guard<std::mutex> lock(gLock);
     gCallback = nullptr;
@@ -132,6 +146,7 @@ ZNA_EXPORT const char* ZNBA_Test_Calls(void) {
 ZNA_EXPORT void ZNBA_Test_Reset(void) {
     std::lock_guard<std::mutex> lock(gLock);
     gCalls.clear();
+    gMutex = nullptr;
     gState = ZNA_STATE_ALL_OK;
 }
 

@@ -122,18 +122,6 @@ TEST(AdapterLoad, ExceptionFromAnAdapterIsCaughtAtTheCallSite) {
     EXPECT_EQ(adapter.Message, "DLL Unloaded");
 }
 
-TEST(AdapterLoad, KeptTextsCountTheirNulAndLiveUntilUnload) {
-    TZNB_Adapter_Obj adapter;
-    int32_t size = 0;
-    const char* text = adapter.Keep_Text("DEMO", size);
-    EXPECT_EQ(size, 5);
-    EXPECT_STREQ(text, "DEMO");
-    const char* empty = adapter.Keep_Text("", size);
-    EXPECT_EQ(size, 1);
-    EXPECT_STREQ(empty, "");
-    EXPECT_STREQ(text, "DEMO"); // an earlier buffer survives later ones
-}
-
 TEST(AdapterList, AddAndFindIgnoringCase) {
     TZNB_Adapter_List list;
     EXPECT_EQ(list.Get_Adapter("DuskMere"), nullptr);

@@ -105,6 +105,35 @@ TEST_F(AdapterStartup, ThreeConfiguredNamesSplitTheProgressPanelInThree) {
     EXPECT_TRUE(Logged("Adapter : Solo was loaded."));
 }
 
+TEST_F(AdapterStartup, HalfWidthsRoundToEven) {
+    // Eight names: 500 / 8 = 62.5 rounds to 62, so the panels get 61.
+    std::string ini = "[Adapters]\nCount=6\n";
+    for (int i = 0; i < 6; ++i)
+        ini += "Adapter_" + std::to_string(i) + "=Extra" + std::to_string(i) + "\n";
+    auto config = Config(ini);
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    startup.Init_Adapters();
+    ASSERT_EQ(View.Widths.size(), 10u);
+    EXPECT_EQ(View.Widths[1], 61);
+    EXPECT_EQ(View.Widths[8], 61);
+    EXPECT_EQ(View.Widths[9], 50);
+}
+
+// Only R/Vista is loaded, so the adapter list's first entry is paired with the first configured name,
+// DuskMere: its progress goes to DuskMere's panel and its failure is logged under DuskMere's name.
+TEST_F(AdapterStartup, StartPairsTheAdapterListWithTheConfiguredListByIndex) {
+    auto config = Config(kTwoTestAdapters);
+    config->SetAdapterLoadable("DuskMere", false);
+    TAdapterStartup startup(*config, View, &IgnoreNotice);
+    ASSERT_EQ(startup.Init_Adapters(), 0);
+    ASSERT_EQ(startup.Adapters()->Count(), 1);
+    EXPECT_EQ(startup.Start_Adapters(), 47000);
+    EXPECT_TRUE(Shown("2 Starting Adapter : R/Vista"));
+    EXPECT_TRUE(Shown("2 Adapter : DuskMere failed to connect"));
+    EXPECT_TRUE(Logged("Adapter : DuskMere failed to connect"));
+    EXPECT_TRUE(Logged("Error   : 47000 Unknown error 47000"));
+}
+
 TEST_F(AdapterStartup, MissingLibraryIsLoggedDisabledAndThenReportedAsDisabled) {
     auto config = Config("[Adapters]\nCount=1\nAdapter_0=DuskMere\n"
                          "[Adapter_DuskMere]\nDLL_Name=ZNBA_Missing\nLoadable=1\nEnabled=1\n");
@@ -211,8 +240,9 @@ TEST_F(AdapterStartup, ShutdownDisconnectsUnloadsAndLogsOnlyFailures) {
         record.find("Connect " + folder + "/" + std::to_string(folder.size() + 1) + " mutex callback\n"),
         std::string::npos)
         << record;
-    // Disconnected by the close handler and once more by the unload.
-    EXPECT_NE(record.find("Disconnect\nDisconnect\n"), std::string::npos) << record;
+    // Disconnected by the close handler and once more by the unload, with the start-up mutex still open
+    // (and free) while it disconnects.
+    EXPECT_NE(record.find("Disconnect mutex 1\nDisconnect\n"), std::string::npos) << record;
     EXPECT_EQ(Log().find("Unloading DLL"), std::string::npos);
     FreeLibrary(recorder);
     startup.reset();
