@@ -112,3 +112,33 @@ TEST_F(NoticeBoardTest, WindowSeesBusyMarksReloadAndStatusAroundEachMessage) {
     EXPECT_EQ(listener.Log, ""); // a malformed text changes nothing on screen
     Board->SetListener(nullptr);
 }
+
+TEST_F(NoticeBoardTest, OtherThreadsNeverApplyMessagesThemselves) {
+    // Whether or not a board is installed at the moment of the call, an adapter's thread must not enter it.
+    struct TThreadCheck : INoticeBoardListener {
+        std::thread::id Owner = std::this_thread::get_id();
+        std::atomic<bool> Foreign{false};
+        void SetHourglass(bool) override {
+            if (std::this_thread::get_id() != Owner) Foreign = true;
+        }
+    } check;
+    Board->SetListener(&check);
+    NBConfig->LogFileName.clear(); // thousands of refused calls: not worth a log line each
+    std::atomic<bool> done{false};
+    std::thread adapter([&] {
+        const std::string msg = Message(Notice("post", El("adpt_orig_key", "a")));
+        for (int i = 0; i < 20000 && !check.Foreign; ++i)
+            Send(msg);
+        done = true;
+    });
+    while (!done) {
+        SetNoticeBoard(nullptr);
+        std::this_thread::yield();
+        SetNoticeBoard(Board.get());
+        std::this_thread::yield();
+    }
+    adapter.join();
+    ProcessPendingNotices();
+    EXPECT_FALSE(check.Foreign);
+    Board->SetListener(nullptr);
+}
