@@ -8,8 +8,10 @@
 // keys are found through a hash index. Only setting a new filter text, switching the filter and copying
 // walk the table.
 //
-// Null and empty originator keys are not entered in "Orig_Key_Index": they never collide with another row
-// and a seek never finds them, so any number of rows may be without a key.
+// A null originator key (a notice sent without one) is not entered in "Orig_Key_Index": it never collides
+// with another row and a seek never finds it, so any number of rows may be without a key. An empty key is
+// stored as an empty string and is a key like any other: one row at most may hold it, and a seek for ""
+// finds that row (a delete of the empty key removes it).
 //
 // Owned by the board (or by a dialog for a test copy); lives until its owner frees it. Not thread-safe: the
 // owner's thread only. Failures raise EDatabaseError and leave the store as it was before the call (a failed
