@@ -142,3 +142,25 @@ TEST_F(NoticeBoardTest, OtherThreadsNeverApplyMessagesThemselves) {
     EXPECT_FALSE(check.Foreign);
     Board->SetListener(nullptr);
 }
+
+TEST_F(NoticeBoardTest, ReplacedWakeIsNotRunningOnceSetNoticeWakeReturns) {
+    // A window frees what its wake function refers to right after replacing it.
+    std::atomic<bool> inWake{false}, calling{false}, replaced{false}, replacedDuringWake{false};
+    SetNoticeWake([&] {
+        inWake = true;
+        while (!calling)
+            std::this_thread::yield();
+        for (int i = 0; i < 1000 && !replaced; ++i)
+            std::this_thread::yield();
+        replacedDuringWake = replaced.load();
+    });
+    std::thread adapter([&] { Send(Message(Notice("post", El("adpt_orig_key", "a")))); });
+    while (!inWake)
+        std::this_thread::yield();
+    calling = true;
+    SetNoticeWake({});
+    replaced = true;
+    adapter.join();
+    EXPECT_FALSE(replacedDuringWake);
+    EXPECT_EQ(ProcessPendingNotices(), 1);
+}
