@@ -35,13 +35,17 @@ void TNoticeBoard::UpdateStatusBar() {
 
 void TNoticeBoard::Process_XML_Notice(const std::string& XMLText) {
     // A malformed text raises here, before anything on screen changes.
-    const auto tree = std::make_unique<TXMLNode>(std::string_view(XMLText));
+    auto tree = std::make_unique<TXMLNode>(std::string_view(XMLText));
 
     FBusy = true;
     struct TFinally {
         TNoticeBoard& Board;
-        ~TFinally() { Board.FinishMessage(); }
-    } finally{*this};
+        std::unique_ptr<TXMLNode>& Tree;
+        ~TFinally() {
+            Tree.reset(); // the tree goes first, then the window is told the board is idle
+            Board.FinishMessage();
+        }
+    } finally{*this, tree};
     if (FListener) {
         try {
             FListener->SetHourglass(true);

@@ -7,8 +7,9 @@
 // Threads: the board's thread only; adapters on other threads reach it through the notice callback, which
 // queues their messages (core/Znb_callback.h).
 // Failures: every routine logs its own failures to NBLogFileName() and goes on, except that a malformed
-// message (EXMLReadError) and a failed insertion (Exception "Notice Board append error") leave
-// Process_XML_Notice, after the store has been put back as it was before the message.
+// message (EXMLReadError, before anything changed) and a failed insertion (Exception "Notice Board append
+// error") leave Process_XML_Notice. After a failed insertion the notices before it stay applied, the failed
+// row is cancelled, and the filter, current row and views are restored as after any message.
 #pragma once
 
 #include "core/TNoticeStore.h"

@@ -44,7 +44,6 @@ int32_t TNoticeKeyIndex::FindIn(const TTable& table, std::string_view key, uint3
 }
 
 int32_t TNoticeKeyIndex::Find(std::string_view key, uint32_t hash) const {
-    if (key.empty()) return -1;
     const int32_t slot = FindIn(FTable, key, hash);
     return slot >= 0 || FOld.empty() ? slot : FindIn(FOld, key, hash);
 }
@@ -94,7 +93,6 @@ size_t TNoticeKeyIndex::Locate(const TTable& table, uint32_t hash, uint32_t slot
 }
 
 void TNoticeKeyIndex::Erase(int32_t slot, std::string_view key) {
-    if (key.empty()) return;
     const uint32_t hash = HashKey(key);
     const uint32_t slotPlus1 = static_cast<uint32_t>(slot) + 1;
     bool found = false;
@@ -135,6 +133,6 @@ void TNoticeKeyIndex::Rebuild() {
     Clear();
     for (int32_t s = 0; s < FRows.Size(); ++s) {
         const TNoticeRecord& row = FRows[s];
-        if (!row.IsNull(nf_nb_internal_key) && !row.AsString(nf_adpt_orig_key).empty()) Insert(s);
+        if (!row.IsNull(nf_nb_internal_key) && !row.IsNull(nf_adpt_orig_key)) Insert(s);
     }
 }

@@ -1,6 +1,7 @@
 // The store's unique, case-insensitive index of adpt_orig_key: an open-addressing hash table of row slots,
 // hashed on the key folded to lower case (ASCII). The keys themselves are not copied; the table reads them
-// from the rows, so it costs 8 bytes per entry at most twice over. Null and empty keys are never entered.
+// from the rows, so it costs 8 bytes per entry at most twice over. Rows whose key is null are never
+// entered; an empty key is a key like any other.
 // Growing is spread over the following insertions (the old table is copied a few buckets at a time and
 // searched until then), so no single insertion pauses to rehash a million keys.
 // Owned by its store, which keeps it in step with its rows; not thread-safe.
@@ -23,13 +24,13 @@ public:
     // The slot of the row whose key equals key ignoring ASCII case, or -1. Hash: HashKey(key).
     int32_t Find(std::string_view key) const { return Find(key, HashKey(key)); }
     int32_t Find(std::string_view key, uint32_t hash) const;
-    // Enters the slot under its row's current key (which must be non-empty and not present).
+    // Enters the slot under its row's current key (which must not be null and not present).
     void Insert(int32_t slot) { Insert(slot, HashKey(FRows[slot].AsString(nf_adpt_orig_key))); }
     void Insert(int32_t slot, uint32_t hash);
-    // Removes the slot, entered under key (the key it was inserted with).
+    // Removes the slot, entered under key (the key it was inserted with); nothing when it was not entered.
     void Erase(int32_t slot, std::string_view key);
     void Clear();
-    // Rebuilds from every live row with a non-empty key.
+    // Rebuilds from every live row whose key is not null.
     void Rebuild();
     int32_t Count() const { return FCount; }
 

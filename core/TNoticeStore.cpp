@@ -92,15 +92,16 @@ void TNoticeStore::AppendSlot(TNoticeRecord&& row) {
 
 void TNoticeStore::Post() {
     if (FState == TDataSetState::dsBrowse) return;
+    // A null key is outside the index: it meets no other row's key.
+    const bool keyed = !FBuffer.IsNull(nf_adpt_orig_key);
     const std::string_view key = FBuffer.AsString(nf_adpt_orig_key);
     const uint32_t hash = TNoticeKeyIndex::HashKey(key);
-    const int32_t existing = FKeyIndex.Find(key, hash);
+    const int32_t existing = keyed ? FKeyIndex.Find(key, hash) : -1;
     if (FState == TDataSetState::dsInsert) {
         if (existing >= 0) throw EDatabaseError("Key violation.");
         if (FNextKey == INT32_MAX) throw EDatabaseError("Key violation.");
         FBuffer.SetInteger(nf_nb_internal_key, FNextKey++);
         const int32_t slot = FRows.Size();
-        const bool keyed = !key.empty();
         AppendSlot(std::move(FBuffer)); // key's text moves with the row; only the hash is used below
         FBuffer = TNoticeRecord();
         if (keyed) FKeyIndex.Insert(slot, hash);
@@ -118,7 +119,7 @@ void TNoticeStore::Post() {
     FKeyIndex.Erase(slot, oldKey);
     FRows[slot] = std::move(FBuffer);
     FBuffer = TNoticeRecord();
-    if (!FRows[slot].AsString(nf_adpt_orig_key).empty()) FKeyIndex.Insert(slot);
+    if (keyed) FKeyIndex.Insert(slot);
     if (FFilter) FPassing.Set(slot, Passes(FRows[slot]));
     FState = TDataSetState::dsBrowse;
     if (SlotVisible(slot) != wasVisible) {

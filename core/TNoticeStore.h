@@ -5,11 +5,14 @@
 //
 // Every operation the notice protocol uses is O(1) or O(log n): rows sit in a vector by key (deleted rows
 // stay as empty tombstones, keys are never reused), positions come from counting trees over the slots, and
-// keys are found through a hash index. Only setting a new filter text, switching the filter and copying
-// walk the table.
+// keys are found through a hash index. Only setting a new filter text and copying walk the table;
+// switching the filter off and on (as every notice message does) does not, because the marks of the rows
+// a filter passes are kept up to date while a filter is set.
 //
-// Null and empty originator keys are not entered in "Orig_Key_Index": they never collide with another row
-// and a seek never finds them, so any number of rows may be without a key.
+// A null originator key (a notice sent without one) is not entered in "Orig_Key_Index": it never collides
+// with another row and a seek never finds it, so any number of rows may be without a key. An empty key is
+// stored as an empty string and is a key like any other: one row at most may hold it, and a seek for ""
+// finds that row (a delete of the empty key removes it).
 //
 // Owned by the board (or by a dialog for a test copy); lives until its owner frees it. Not thread-safe: the
 // owner's thread only. Failures raise EDatabaseError and leave the store as it was before the call (a failed

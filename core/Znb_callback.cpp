@@ -16,6 +16,8 @@ std::thread::id BoardThread;
 
 std::mutex QueueLock;
 std::deque<std::string> Queue;
+// Held while the wake function runs, so that replacing it waits for a call in progress.
+std::mutex WakeLock;
 std::function<void()> Wake;
 
 int32_t Apply(const std::string& Text) noexcept {
@@ -57,8 +59,13 @@ TNoticeBoard* NoticeBoard() {
 }
 
 void SetNoticeWake(std::function<void()> WakeFunction) {
-    std::lock_guard<std::mutex> lock(QueueLock);
-    Wake = std::move(WakeFunction);
+    std::function<void()> old;
+    {
+        std::lock_guard<std::mutex> lock(WakeLock);
+        old.swap(Wake);
+        Wake = std::move(WakeFunction);
+    }
+    // The old function (and whatever it holds) goes only after no call of it can be running.
 }
 
 int32_t ProcessPendingNotices() {
@@ -86,18 +93,25 @@ extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText,
         }
         std::string text(*XMLText);
         bool queued = false;
-        std::function<void()> wake;
+        bool boardThread = false;
         {
             std::lock_guard<std::mutex> lock(QueueLock);
-            if (TheBoard && std::this_thread::get_id() != BoardThread) {
+            boardThread = std::this_thread::get_id() == BoardThread;
+            if (TheBoard && !boardThread) {
                 Queue.push_back(std::move(text));
-                wake = Wake;
                 queued = true;
             }
         }
         if (queued) {
-            if (wake) wake();
+            std::lock_guard<std::mutex> lock(WakeLock);
+            if (Wake) Wake();
             return 0;
+        }
+        if (!boardThread) {
+            // No board to queue for: this thread must not reach for one that may be installed meanwhile.
+            ZS_Log(NBLogFileName(),
+                   "Process NoticeBoard :  Status =Access violation: no notice board" + text);
+            return ZNB_NOTICE_FAILED;
         }
         ProcessPendingNotices(); // messages queued earlier go first
         return Apply(text);

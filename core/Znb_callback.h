@@ -4,9 +4,11 @@
 // Threads: the thread that installs the board is the board's thread. A call on that thread applies the
 // message at once (after any messages still queued from other threads, so arrival order holds). A call from
 // any other thread copies the text, queues it, calls the wake function (so a window can schedule
-// ProcessPendingNotices on its thread) and returns 0 at once; the queue is guarded by a mutex.
+// ProcessPendingNotices on its thread) and returns 0 at once; the queue is guarded by a mutex. Only the
+// board's thread ever enters the board.
 // Failures: never throws. A message that fails is logged ("Process NoticeBoard :  Status =" + error + whole
-// text) and the call returns 53244; this covers a null text pointer and a call with no board installed.
+// text) and the call returns 53244; this covers a null text pointer and a call with no board installed
+// (from any thread).
 #pragma once
 
 #include "sdk/znb_adapter.h"
@@ -25,7 +27,9 @@ constexpr int32_t ZNB_NOTICE_FAILED = 53244;
 void SetNoticeBoard(TNoticeBoard* Board);
 TNoticeBoard* NoticeBoard();
 
-// Called on the adapter's thread right after a message was queued; empty: none. Must not block.
+// Called on the adapter's thread right after a message was queued; empty: none. Must not block and must
+// not call SetNoticeWake. Once SetNoticeWake returns, the function it replaced is not running and never
+// runs again, so a window may free what the old one refers to.
 void SetNoticeWake(std::function<void()> Wake);
 
 // The callback handed to adapters (type ZNA_Notice_Callback). Only XMLText is used.

@@ -40,6 +40,9 @@ int RunXmlEcho(const std::vector<std::string>& args) {
         const std::string line = std::string(e.ClassName()) + ": " + e.Message() + "\n";
         std::fwrite(line.data(), 1, line.size(), stderr);
         return 1;
+    } catch (const std::exception& e) { // out of memory on a huge file: no tree, and said so
+        std::fprintf(stderr, "nbtool xml-echo: %s\n", e.what());
+        return 1;
     }
     out += '\n';
     std::fwrite(out.data(), 1, out.size(), stdout);

@@ -112,3 +112,55 @@ TEST_F(NoticeBoardTest, WindowSeesBusyMarksReloadAndStatusAroundEachMessage) {
     EXPECT_EQ(listener.Log, ""); // a malformed text changes nothing on screen
     Board->SetListener(nullptr);
 }
+
+TEST_F(NoticeBoardTest, OtherThreadsNeverApplyMessagesThemselves) {
+    // Whether or not a board is installed at the moment of the call, an adapter's thread must not enter it.
+    struct TThreadCheck : INoticeBoardListener {
+        std::thread::id Owner = std::this_thread::get_id();
+        std::atomic<bool> Foreign{false};
+        void SetHourglass(bool) override {
+            if (std::this_thread::get_id() != Owner) Foreign = true;
+        }
+    } check;
+    Board->SetListener(&check);
+    NBConfig->LogFileName.clear(); // thousands of refused calls: not worth a log line each
+    std::atomic<bool> done{false};
+    std::thread adapter([&] {
+        const std::string msg = Message(Notice("post", El("adpt_orig_key", "a")));
+        for (int i = 0; i < 20000 && !check.Foreign; ++i)
+            Send(msg);
+        done = true;
+    });
+    while (!done) {
+        SetNoticeBoard(nullptr);
+        std::this_thread::yield();
+        SetNoticeBoard(Board.get());
+        std::this_thread::yield();
+    }
+    adapter.join();
+    ProcessPendingNotices();
+    EXPECT_FALSE(check.Foreign);
+    Board->SetListener(nullptr);
+}
+
+TEST_F(NoticeBoardTest, ReplacedWakeIsNotRunningOnceSetNoticeWakeReturns) {
+    // A window frees what its wake function refers to right after replacing it.
+    std::atomic<bool> inWake{false}, calling{false}, replaced{false}, replacedDuringWake{false};
+    SetNoticeWake([&] {
+        inWake = true;
+        while (!calling)
+            std::this_thread::yield();
+        for (int i = 0; i < 1000 && !replaced; ++i)
+            std::this_thread::yield();
+        replacedDuringWake = replaced.load();
+    });
+    std::thread adapter([&] { Send(Message(Notice("post", El("adpt_orig_key", "a")))); });
+    while (!inWake)
+        std::this_thread::yield();
+    calling = true;
+    SetNoticeWake({});
+    replaced = true;
+    adapter.join();
+    EXPECT_FALSE(replacedDuringWake);
+    EXPECT_EQ(ProcessPendingNotices(), 1);
+}

@@ -159,3 +159,19 @@ TEST_F(NoticeBoardTest, FailingUpdatePostsTheFieldsBeforeTheBadOne) {
         std::string::npos);
     EXPECT_EQ(Store().State(), TDataSetState::dsBrowse);
 }
+
+TEST_F(NoticeBoardTest, EmptyKeyIsOneNoticeThatDeleteFinds) {
+    EXPECT_EQ(Send(Message(Notice("new", El("adpt_orig_key", " ") + El("note_pvo_node", "n1") +
+                                             El("note_severity_str", "Fatal")) +
+                           Notice("new", El("note_summary", "no key")) +
+                           Notice("new", El("note_summary", "no key either")))),
+              0);
+    EXPECT_EQ(Store().TotalCount(), 3);
+    // "post" does not look an empty key up, and a second row with it is refused.
+    EXPECT_EQ(Send(Message(Notice("post", "<adpt_orig_key/>"))), ZNB_NOTICE_FAILED);
+    Send(Message(Notice("delete", "<adpt_orig_key></adpt_orig_key>")));
+    EXPECT_EQ(Store().TotalCount(), 2);
+    EXPECT_EQ(PVO_Node_Stats->Get_Count("n1", "Fatal"), 0);
+    Send(Message(Notice("delete", "<adpt_orig_key/>"))); // notices sent without a key are never found
+    EXPECT_EQ(Store().TotalCount(), 2);
+}

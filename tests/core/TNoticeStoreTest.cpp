@@ -86,15 +86,35 @@ TEST(TNoticeStore, EditThatTakesAnotherRowsKeyIsRefusedAndOwnKeyMayChangeCase) {
     EXPECT_EQ(store.ActiveRecord().AsInteger(nf_nb_internal_key), 2);
 }
 
-TEST(TNoticeStore, NullAndEmptyKeysNeverCollideAndAreNeverFound) {
+TEST(TNoticeStore, NullKeysNeverCollideButAnEmptyKeyIsUnique) {
     TNoticeStore store;
-    AddRow(store, "");
+    AddRow(store, ""); // the key stays null
     AddRow(store, "");
     store.Append();
     store.Buffer().SetString(nf_adpt_orig_key, "");
     store.Post();
     EXPECT_EQ(store.RecordCount(), 3);
+    store.Append();
+    store.Buffer().SetString(nf_adpt_orig_key, "");
+    EXPECT_THROW(store.Post(), EDatabaseError);
+    store.Cancel();
     store.SetIndexName("Orig_Key_Index");
+    ASSERT_TRUE(store.FindKey(""));
+    EXPECT_EQ(store.ActiveRecord().AsInteger(nf_nb_internal_key), 3);
+    store.Delete();
+    EXPECT_FALSE(store.FindKey("")); // the null keys are not found
+    // An edit gives a keyless row the empty key, and takes it away again.
+    store.SetIndexName("primaryIdx");
+    ASSERT_TRUE(store.FindKey("1"));
+    store.Edit();
+    store.Buffer().SetString(nf_adpt_orig_key, "");
+    store.Post();
+    store.SetIndexName("Orig_Key_Index");
+    ASSERT_TRUE(store.FindKey(""));
+    EXPECT_EQ(store.ActiveRecord().AsInteger(nf_nb_internal_key), 1);
+    store.Edit();
+    store.Buffer().SetNull(nf_adpt_orig_key);
+    store.Post();
     EXPECT_FALSE(store.FindKey(""));
 }
 
