@@ -118,7 +118,7 @@ void TNoticeBoard::AddNote(const TXMLNode& Notice) {
                 if (!text.empty()) row.SetInteger(col.Field, StrToIntDef(text, 0));
                 break;
             case TFieldType::ftDateTime:
-                if (!text.empty()) row.SetDateTime(col.Field, ISO8601ToDate(std::string(text)));
+                if (!text.empty()) row.SetDateTime(col.Field, ISO8601ToDate(text));
                 break;
             }
         }
