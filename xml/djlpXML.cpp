@@ -41,9 +41,9 @@ namespace {
 
 // Room for one more child, made before ownership is taken so that a failing allocation leaves no owner.
 template <class V> void MakeRoomForOne(V& Slots) {
-    // Elements that have children usually have a dozen or more (a notice has about twenty): starting at
-    // 16 saves the first regrowths.
-    if (Slots.size() == Slots.capacity()) Slots.reserve(Slots.empty() ? 16 : Slots.size() * 2);
+    // Elements that have children usually have a dozen or more (a notice has up to twenty): starting at
+    // 24 gives a notice one allocation instead of several regrowths.
+    if (Slots.size() == Slots.capacity()) Slots.reserve(Slots.empty() ? 24 : Slots.size() * 2);
 }
 
 } // namespace
