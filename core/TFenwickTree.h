@@ -19,8 +19,13 @@ public:
     void Append(bool marked) {
         const int32_t i = Size() + 1; // 1-based position of the new slot
         const int32_t low = i & -i;
-        // The new node covers (i - low, i]: its own mark plus the slots before it in that range.
-        FTree.PushBack((marked ? 1 : 0) + Prefix(i - 2) - Prefix(i - low - 1));
+        // The new node covers (i - low, i]: its own mark plus (i - low, i - 1], which the nodes i - 1, i - 2,
+        // i - 4, ..., i - low / 2 cover exactly. They are the last few nodes, so this is O(1) on average
+        // and reads memory that is still in cache, where two prefix sums would walk the whole tree.
+        int32_t sum = marked ? 1 : 0;
+        for (int32_t step = 1; step < low; step *= 2)
+            sum += FTree[i - step];
+        FTree.PushBack(int32_t(sum));
         FValues.PushBack(marked ? 1 : 0);
         FTotal += marked ? 1 : 0;
     }

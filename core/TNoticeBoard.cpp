@@ -33,9 +33,9 @@ void TNoticeBoard::UpdateStatusBar() {
     if (FListener) FListener->SetStatusText(StatusBarText());
 }
 
-void TNoticeBoard::Process_XML_Notice(const std::string& XMLText) {
+void TNoticeBoard::Process_XML_Notice(std::string_view XMLText) {
     // A malformed text raises here, before anything on screen changes.
-    auto tree = std::make_unique<TXMLNode>(std::string_view(XMLText));
+    auto tree = std::make_unique<TXMLNode>(XMLText);
 
     FBusy = true;
     struct TFinally {
@@ -57,7 +57,7 @@ void TNoticeBoard::Process_XML_Notice(const std::string& XMLText) {
 
     const TXMLNode* list = tree->getChildNodeByName("NoticeList");
     if (!list) {
-        NoticeLog("Can not find NOTICELIST node " + XMLText);
+        NoticeLog("Can not find NOTICELIST node " + std::string(XMLText));
         return;
     }
     TBookmark bookmark = 0;

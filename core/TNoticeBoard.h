@@ -16,6 +16,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 class TXMLNode;
 
@@ -47,8 +48,9 @@ public:
     // Not owned; null for none. Must outlive its installation.
     void SetListener(INoticeBoardListener* Listener) { FListener = Listener; }
 
-    // Applies one notice message. See the header comment for what may escape.
-    void Process_XML_Notice(const std::string& XMLText);
+    // Applies one notice message (the text need only last for the call). See the header comment for what
+    // may escape.
+    void Process_XML_Notice(std::string_view XMLText);
     // True when the notice's adpt_orig_key names a stored row, which is then the current row.
     bool CheckForDuplicateNote(const TXMLNode& Notice);
     // Inserts the notice; raises Exception "Notice Board append error" after cancelling the row.

@@ -49,31 +49,44 @@ struct TNoticeElements {
     }
 };
 
-// String values wait here and go into the row in one allocation.
+// String values wait here and go into the row in one allocation. A value is kept as a view of the
+// element's text while the text is usable as it stands (the tree outlives the row update); only a value
+// that has to be decoded, shortened or joined from several lines is copied.
 struct TPendingStrings {
-    std::array<std::string, NoticeFieldCount> Values;
+    std::array<std::string_view, NoticeFieldCount> Values;
+    std::array<std::string, NoticeFieldCount> Owned; // the values that could not stay views
     uint32_t Mask = 0;
 
-    void Set(TNoticeField Field, std::string Value) {
-        Values[Field] = std::move(Value);
+    // Text: the element's trimmed text; Stable: it lives in the tree rather than in a scratch string.
+    // Size: the column's width for a string column (longer values end in "..."), -1 for a memo.
+    void Set(TNoticeField Field, std::string_view Text, bool Stable, int32_t Size) {
+        if (Text.find('&') != std::string_view::npos) {
+            Owned[Field] = XML_Decode(Text);
+            Text = Owned[Field];
+            Stable = true;
+        }
+        if (Size >= 0 && static_cast<int64_t>(Text.size()) > Size) {
+            std::string cut(Text.substr(0, static_cast<size_t>(Size > 3 ? Size - 3 : 0)));
+            cut += "...";
+            Owned[Field] = std::move(cut);
+            Text = Owned[Field];
+        } else if (!Stable) {
+            Owned[Field] = std::string(Text);
+            Text = Owned[Field];
+        }
+        Values[Field] = Text;
         Mask |= 1u << Field;
     }
     void Flush(TNoticeRecord& Row) {
         if (!Mask) return;
-        std::string_view views[NoticeFieldCount];
-        for (int f = 0; f < NoticeFieldCount; ++f)
-            views[f] = Values[f];
-        Row.SetStrings(views, Mask);
+        Row.SetStrings(Values.data(), Mask);
         Mask = 0;
     }
 };
 
-std::string CutToSize(std::string Value, int32_t Size) {
-    if (static_cast<int64_t>(Value.size()) > Size) {
-        Value.resize(static_cast<size_t>(Size > 3 ? Size - 3 : 0));
-        Value += "...";
-    }
-    return Value;
+// Whether ElementText returns the element's own line rather than a joined copy in the scratch string.
+bool TextInTree(const TXMLNode& Element) {
+    return Element.GetContents().Count() <= 1;
 }
 
 } // namespace
@@ -95,17 +108,17 @@ void TNoticeBoard::AddNote(const TXMLNode& Notice) {
             if (col.Field == nf_note_severity_str) severity = XML_Decode(text);
             switch (col.DataType) {
             case TFieldType::ftString:
-                strings.Set(col.Field, CutToSize(XML_Decode(text), col.Size));
+                strings.Set(col.Field, text, TextInTree(*element), col.Size);
                 break;
             case TFieldType::ftMemo:
-                strings.Set(col.Field, XML_Decode(text));
+                strings.Set(col.Field, text, TextInTree(*element), -1);
                 break;
             case TFieldType::ftInteger:
             case TFieldType::ftAutoInc: // Post assigns the key whatever the notice carried
                 if (!text.empty()) row.SetInteger(col.Field, StrToIntDef(text, 0));
                 break;
             case TFieldType::ftDateTime:
-                if (!text.empty()) row.SetDateTime(col.Field, ISO8601ToDate(std::string(text)));
+                if (!text.empty()) row.SetDateTime(col.Field, ISO8601ToDate(text));
                 break;
             }
         }
@@ -148,23 +161,25 @@ void TNoticeBoard::UpdateNote(const TXMLNode& Notice) {
             for (const NoticeBdColRec& col : NoticeBdColumnArray) {
                 const TXMLNode* element = elements.Of[col.Field];
                 if (!element || col.DataType == TFieldType::ftAutoInc) continue;
-                std::string value = XML_Decode(TrimView(ElementText(*element, scratch)));
+                const std::string_view text = TrimView(ElementText(*element, scratch));
                 switch (col.DataType) {
                 case TFieldType::ftString:
-                    strings.Set(col.Field, CutToSize(std::move(value), col.Size));
+                    strings.Set(col.Field, text, TextInTree(*element), col.Size);
                     break;
                 case TFieldType::ftMemo:
-                    strings.Set(col.Field, std::move(value));
+                    strings.Set(col.Field, text, TextInTree(*element), -1);
                     break;
                 case TFieldType::ftInteger:
                 case TFieldType::ftAutoInc:
-                    row.SetInteger(col.Field, StrToIntDef(value, 0));
+                    row.SetInteger(col.Field, StrToIntDef(XML_Decode(text), 0));
                     break;
-                case TFieldType::ftDateTime:
+                case TFieldType::ftDateTime: {
                     // The first-raised date of a notice never changes after insertion.
+                    const std::string value = XML_Decode(text);
                     if (!value.empty() && col.Field != nf_note_raised_date)
                         row.SetDateTime(col.Field, ISO8601ToDate(value));
                     break;
+                }
                 }
             }
         } catch (...) {

@@ -44,7 +44,12 @@ void TNoticeStore::EmptyDataSet() {
 }
 
 void TNoticeStore::SetIndexName(std::string_view name) {
-    if (name.empty() || SameText(name, PrimaryIndexName))
+    // The board switches indexes twice per notice, always with the exact names: those need no case folding.
+    if (name == OrigKeyIndexName) {
+        FOrigKeyIndex = true;
+        return;
+    }
+    if (name.empty() || name == PrimaryIndexName || SameText(name, PrimaryIndexName))
         FOrigKeyIndex = false;
     else if (SameText(name, OrigKeyIndexName))
         FOrigKeyIndex = true;

@@ -7,6 +7,7 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <string_view>
 #include <thread>
 
 namespace {
@@ -20,16 +21,17 @@ std::deque<std::string> Queue;
 std::mutex WakeLock;
 std::function<void()> Wake;
 
-int32_t Apply(const std::string& Text) noexcept {
+int32_t Apply(std::string_view Text) noexcept {
     try {
         try {
             if (!TheBoard) throw Exception("Access violation: no notice board");
             TheBoard->Process_XML_Notice(Text);
             return 0;
         } catch (const Exception& e) {
-            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + e.Message() + Text);
+            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + e.Message() + std::string(Text));
         } catch (const std::exception& e) {
-            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + std::string(e.what()) + Text);
+            ZS_Log(NBLogFileName(),
+                   "Process NoticeBoard :  Status =" + std::string(e.what()) + std::string(Text));
         }
     } catch (...) {
         // logging itself failed (memory); the adapter still hears of the failure
@@ -91,14 +93,16 @@ extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText,
             ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =Access violation: no message text");
             return ZNB_NOTICE_FAILED;
         }
-        std::string text(*XMLText);
+        // Only a queued message is copied: on the board's thread the adapter's text is applied in place,
+        // as it stays valid until this call returns.
+        const std::string_view text(*XMLText);
         bool queued = false;
         bool boardThread = false;
         {
             std::lock_guard<std::mutex> lock(QueueLock);
             boardThread = std::this_thread::get_id() == BoardThread;
             if (TheBoard && !boardThread) {
-                Queue.push_back(std::move(text));
+                Queue.emplace_back(text);
                 queued = true;
             }
         }
@@ -110,7 +114,7 @@ extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText,
         if (!boardThread) {
             // No board to queue for: this thread must not reach for one that may be installed meanwhile.
             ZS_Log(NBLogFileName(),
-                   "Process NoticeBoard :  Status =Access violation: no notice board" + text);
+                   "Process NoticeBoard :  Status =Access violation: no notice board" + std::string(text));
             return ZNB_NOTICE_FAILED;
         }
         ProcessPendingNotices(); // messages queued earlier go first

@@ -8,14 +8,15 @@
 namespace {
 
 // Count characters from 1-based position Index, clipped to the text (empty when outside it).
-std::string Copy(const std::string& s, size_t Index, size_t Count) {
-    if (Index < 1 || Index > s.size()) return std::string();
+// Views, not copies: a notice carries dates in several fields and every one is read here.
+std::string_view Copy(std::string_view s, size_t Index, size_t Count) {
+    if (Index < 1 || Index > s.size()) return {};
     return s.substr(Index - 1, Count);
 }
 
 // Everything from 1-based position Index to the end.
-std::string CopyFrom(const std::string& s, size_t Index) {
-    return Copy(s, Index, std::string::npos);
+std::string_view CopyFrom(std::string_view s, size_t Index) {
+    return Copy(s, Index, std::string_view::npos);
 }
 
 // Dates the calendar can show: 1 January 0001 to 31 December 9999.
@@ -33,10 +34,10 @@ TFormatSettings IsoFormatSettings() {
 
 } // namespace
 
-TDateTime ISO8601ToDate(const std::string& Text) {
+TDateTime ISO8601ToDate(std::string_view Text) {
     if (Text.empty()) return 0.0;
     const size_t p = Pos("T", Text);
-    std::string datePart, timePart;
+    std::string_view datePart, timePart;
     if (p >= 2) {
         datePart = Copy(Text, 1, p - 1);
         timePart = CopyFrom(Text, p + 1);
@@ -55,7 +56,7 @@ TDateTime ISO8601ToDate(const std::string& Text) {
             const int32_t day = StrToInt(Copy(datePart, 9, 2));
             date = EncodeDate(year, month, day);
         } catch (const std::exception&) {
-            throw EConvertError("Error converting Date. Invalid DateTime string : " + Text);
+            throw EConvertError("Error converting Date. Invalid DateTime string : " + std::string(Text));
         }
     }
     TDateTime time = 0.0;
@@ -67,7 +68,7 @@ TDateTime ISO8601ToDate(const std::string& Text) {
             const int32_t sec = StrToInt(Copy(timePart, 7, 2));
             time = EncodeTime(hour, min, sec, 0);
         } catch (const std::exception&) {
-            throw EConvertError("Error converting Time. Invalid DateTime string : " + Text);
+            throw EConvertError("Error converting Time. Invalid DateTime string : " + std::string(Text));
         }
     }
     return date + time;

@@ -8,10 +8,11 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 // Empty text: the zero date-time. Raises EConvertError "Error converting Date. Invalid DateTime string : "
 // / "Error converting Time. Invalid DateTime string : " + the whole text.
-TDateTime ISO8601ToDate(const std::string& Text);
+TDateTime ISO8601ToDate(std::string_view Text);
 
 std::string DateToISO8601(TDateTime Value);     // "yyyy-mm-dd\"T\"hh:nn:ss"
 std::string DateToISO8601Time(TDateTime Value); // "\"T\"hh:nn:ss"

@@ -56,14 +56,23 @@ private:
 
 } // namespace
 
-char ReadChar(TXMLStream& Stream, char Expected) {
+namespace {
+
+// ReadChar without an expected byte, inlined into the element loop: it runs once per markup byte.
+inline char TakeChar(TXMLStream& Stream) {
     char c = '\0';
     const char* p = Stream.Cursor();
     if (p < Stream.End()) {
         c = *p;
         Stream.MoveTo(p + 1);
     }
-    if (static_cast<unsigned char>(c) < 32) c = ' ';
+    return static_cast<unsigned char>(c) < 32 ? ' ' : c;
+}
+
+} // namespace
+
+char ReadChar(TXMLStream& Stream, char Expected) {
+    const char c = TakeChar(Stream);
     if (Expected != '\0' && c != Expected) Missing(c);
     return c;
 }
@@ -71,7 +80,7 @@ char ReadChar(TXMLStream& Stream, char Expected) {
 char NextChar(TXMLStream& Stream, char Expected) {
     char c;
     do {
-        c = ReadChar(Stream, '\0');
+        c = TakeChar(Stream);
     } while (c == ' ' && !Stream.AtEnd());
     // At the end the result is no character, even when the last byte was a real one; relied upon.
     if (Stream.AtEnd()) c = '\0';
@@ -119,7 +128,7 @@ void TXMLNode::ReadFromStream(TXMLStream& Stream) {
     bool inStartTag = true;
     while (!Stream.AtEnd()) {
         const char* at = Stream.Cursor();
-        switch (ReadChar(Stream, '\0')) {
+        switch (TakeChar(Stream)) {
         case ' ':
             if (inStartTag) ReadProperty(Stream);
             break;
@@ -127,7 +136,7 @@ void TXMLNode::ReadFromStream(TXMLStream& Stream) {
             ReadChar(Stream, '>'); // an empty-element end must follow at once
             return;
         case '<':
-            if (ReadChar(Stream, '\0') == '/') {
+            if (TakeChar(Stream) == '/') {
                 ReadEndTag(Stream);
                 return;
             }
@@ -181,7 +190,7 @@ void TXMLNode::ReadEndTag(TXMLStream& Stream) {
         message += found;
         throw EXMLReadError(message);
     }
-    ReadChar(Stream, '\0');
+    TakeChar(Stream);
 }
 
 void TCDATAXMLNode::ReadFromStream(TXMLStream& Stream) {
@@ -189,9 +198,9 @@ void TCDATAXMLNode::ReadFromStream(TXMLStream& Stream) {
     ReadChar(Stream, '<');
     std::string s = ReadUntil(OpenBracketStop, Stream);
     if (s != "!") throw EAssertionFailed("Assertion failed: character data must begin with \"<![\"");
-    s += ReadChar(Stream, '\0');
+    s += TakeChar(Stream);
     s += ReadUntil(OpenBracketStop, Stream);
-    s += ReadChar(Stream, '\0');
+    s += TakeChar(Stream);
     if (s != "![CDATA[")
         throw EAssertionFailed("Assertion failed: character data must begin with \"<![CDATA[\"");
     SetData(ReadUntil(CloseBracketStop, Stream)); // the data ends at the first ']'

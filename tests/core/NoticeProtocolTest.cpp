@@ -175,3 +175,21 @@ TEST_F(NoticeBoardTest, EmptyKeyIsOneNoticeThatDeleteFinds) {
     Send(Message(Notice("delete", "<adpt_orig_key/>"))); // notices sent without a key are never found
     EXPECT_EQ(Store().TotalCount(), 2);
 }
+
+TEST_F(NoticeBoardTest, MultiLineFieldsKeepTheirOwnTextOnInsertAndUpdate) {
+    // Several multi-line elements in one notice: each field gets its own lines, joined.
+    Send(Message(Notice("new", El("adpt_orig_key", "ml") + El("note_summary", "a\r\nb") +
+                                   El("note_text", "c\nd") + El("ack_code", "e\rf"))));
+    const TNoticeRecord* row = Row("ml");
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->AsString(nf_note_summary), "a\nb");
+    EXPECT_EQ(row->AsString(nf_note_text), "c\nd");
+    EXPECT_EQ(row->AsString(nf_ack_code), "e\nf");
+    Send(Message(Notice("update", El("adpt_orig_key", "ml") + El("note_summary", "g\nh") +
+                                      El("note_text", "i\nj &amp; k"))));
+    row = Row("ml");
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->AsString(nf_note_summary), "g\nh");
+    EXPECT_EQ(row->AsString(nf_note_text), "i\nj & k");
+    EXPECT_EQ(row->AsString(nf_ack_code), "e\nf");
+}
