@@ -65,8 +65,8 @@ int32_t TAdapterStartup::Init_Adapters() {
             FView.SetPanelText(panel, "Loading Adapter : " + name);
             TZNB_Adapter_Obj* adapter = FAdapters->Get_Adapter(name);
             if (!adapter) {
-                FAdapters->Add_Adapter(name, FConfig.AdapterCfg(i).DLL_Name);
-                adapter = FAdapters->Get_Adapter(name);
+                const int32_t added = FAdapters->Add_Adapter(name, FConfig.AdapterCfg(i).DLL_Name);
+                adapter = added < 0 ? nullptr : FAdapters->Objects(added);
             }
             FView.SetPanelText(panel, "Loading Adapter DLL : " + name);
             if (adapter && !adapter->DLL_Name.empty()) {

@@ -4,6 +4,8 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <sys/stat.h>
 
 namespace {
@@ -200,4 +202,13 @@ bool FileExists(const std::string& fileName) {
 bool DirectoryExists(const std::string& dirName) {
     struct stat st {};
     return !dirName.empty() && ::stat(dirName.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool ReadWholeFile(const std::string& fileName, std::string& bytes) {
+    std::ifstream in(fileName, std::ios::binary);
+    if (!in) return false;
+    std::ostringstream buffer;
+    buffer << in.rdbuf();
+    bytes = buffer.str();
+    return true;
 }

@@ -50,3 +50,5 @@ std::string ExtractFileName(std::string_view fileName); // after the last separa
 std::string ExtractFileExt(std::string_view fileName);  // from the last '.' of the name part, or empty
 bool FileExists(const std::string& fileName);           // a regular file (or a link to one)
 bool DirectoryExists(const std::string& dirName);
+// The whole file, byte for byte, into bytes; false (bytes untouched) when it cannot be opened. Any thread.
+bool ReadWholeFile(const std::string& fileName, std::string& bytes);

@@ -43,6 +43,11 @@ void PrintStatus(TZNB_Adapter_Obj& adapter) {
     }
 }
 
+void PrintUnload(TZNB_Adapter_Obj& adapter) {
+    const int32_t rc = adapter.UnLoad_DLL();
+    std::printf("UnLoad_DLL: %d %s\n", rc, adapter.Message.c_str());
+}
+
 // Connects the adapter to a board of its own in a temporary folder, applies what it sends for the given
 // time, disconnects and prints the store.
 int RunConnected(TZNB_Adapter_Obj& adapter, int seconds) {
@@ -86,8 +91,7 @@ int RunConnected(TZNB_Adapter_Obj& adapter, int seconds) {
         } else {
             exitCode = 1;
         }
-        const int32_t unload = adapter.UnLoad_DLL();
-        std::printf("UnLoad_DLL: %d %s\n", unload, adapter.Message.c_str());
+        PrintUnload(adapter);
         const std::string store = StoreAsText(board.cdsNoticeBd());
         std::fwrite(store.data(), 1, store.size(), stdout);
         SetNoticeBoard(nullptr);
@@ -123,8 +127,7 @@ int RunAdapter(const std::vector<std::string>& args) {
     if (!adapter.Loaded) return 1;
     PrintStatus(adapter);
     if (seconds >= 0) return RunConnected(adapter, seconds);
-    const int32_t unload = adapter.UnLoad_DLL();
-    std::printf("UnLoad_DLL: %d %s\n", unload, adapter.Message.c_str());
+    PrintUnload(adapter);
     return loaded == 0 ? 0 : 1;
 }
 

@@ -22,7 +22,6 @@ std::string gCalls;
 ZNA_Notice_Callback gCallback = nullptr;
 ZNA_Mutex gMutex = nullptr; // the board's start-up mutex from the last connect, until the next disconnect
 int32_t gState = ZNA_STATE_ALL_OK;
-int32_t gStatusCalls = 0;
 
 void Record(const std::string& line) {
     std::lock_guard<std::mutex> lock(gLock);
@@ -103,10 +102,10 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Status(int32_t* state, char* info, int32_t* info
     MaybeThrow("ZNA_Status");
 #ifdef ZNBA_TEST_GARBAGE_STATUS
     // Nonsense on purpose: a state outside 0..2 and an undocumented result code that changes every call.
+    static int32_t calls = 0;
     *state = 77;
-    return 12345 + gStatusCalls++;
+    return 12345 + calls++;
 #else
-    ++gStatusCalls;
     *state = gState;
     if (info && info_size && *info_size > 0) {
         const std::string text = "Test adapter: state " + std::to_string(gState);

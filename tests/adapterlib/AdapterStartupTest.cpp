@@ -3,12 +3,12 @@
 #include "adapters/TAdapterStartup.h"
 #include "adapters/ZNB_Cfg.h"
 #include "platform/SystemSettings.h"
+#include "support/StrUtils.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -57,10 +57,9 @@ protected:
         return config;
     }
     std::string Log() const {
-        std::ifstream in(Folder / "nb" / "znb.log");
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
+        std::string text;
+        ReadWholeFile((Folder / "nb" / "znb.log").string(), text);
+        return text;
     }
     bool Logged(const std::string& line) const { return Log().find("  " + line + "\n") != std::string::npos; }
     bool Shown(const std::string& panelText) const {

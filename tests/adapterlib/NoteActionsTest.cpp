@@ -4,12 +4,11 @@
 #include "adapters/ZNB_Cfg.h"
 #include "core/TNoticeBoard.h"
 #include "core/Znb_noteactions.h"
+#include "support/StrUtils.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -62,10 +61,9 @@ protected:
         return calls();
     }
     std::string Log() const {
-        std::ifstream in(Folder / "znb.log");
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
+        std::string text;
+        ReadWholeFile((Folder / "znb.log").string(), text);
+        return text;
     }
 
     fs::path Folder;
