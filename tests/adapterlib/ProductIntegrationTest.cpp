@@ -45,19 +45,19 @@ protected:
     void WriteSettings(const std::string& application, const std::string& body) {
         std::ofstream(FRoot / "Zarvo Software" / (application + ".conf")) << body;
     }
+    // Registers the console as installed in folder; with create, the folder is made first.
+    fs::path RegisterConsole(const fs::path& folder, bool create = true) {
+        if (create) fs::create_directories(folder);
+        WriteSettings("DuskmereOperationsConsole",
+                      "[InstallExists]\nCurrentDirectory=" + folder.string() + "\n");
+        return folder;
+    }
     fs::path FRoot;
     TRecordingPrompt FPrompt;
     INBPrompt* FPrevious = nullptr;
 };
 
 } // namespace
-
-TEST_F(ProductIntegration, NothingRegisteredFindsNothing) {
-    EXPECT_FALSE(piu::FindRVista());
-    EXPECT_FALSE(piu::FindDuskmere());
-    EXPECT_EQ(FindDuskmere(), 0);
-    EXPECT_EQ(piu::InstallFolder(), "");
-}
 
 TEST_F(ProductIntegration, RegisteredClassIsFound) {
     WriteSettings("CLSID",
@@ -67,16 +67,13 @@ TEST_F(ProductIntegration, RegisteredClassIsFound) {
 }
 
 TEST_F(ProductIntegration, ConsoleKeyWithMissingFolderIsFalseButTheFolderIsRemembered) {
-    WriteSettings("DuskmereOperationsConsole", "[InstallExists]\nCurrentDirectory=/no/such/duskmere\n");
+    RegisterConsole("/no/such/duskmere", false);
     EXPECT_FALSE(piu::FindDuskmere());
     EXPECT_EQ(piu::InstallFolder(), "/no/such/duskmere");
 }
 
 TEST_F(ProductIntegration, ConsoleIsFoundOnlyWithItsConnector) {
-    const fs::path install = FRoot / "duskmere";
-    fs::create_directories(install);
-    WriteSettings("DuskmereOperationsConsole",
-                  "[InstallExists]\nCurrentDirectory=" + install.string() + "\n");
+    const fs::path install = RegisterConsole(FRoot / "duskmere");
     EXPECT_FALSE(piu::FindDuskmere());
     std::ofstream(install / "dskconnector.exe") << "connector";
     EXPECT_TRUE(piu::FindDuskmere());
@@ -84,7 +81,11 @@ TEST_F(ProductIntegration, ConsoleIsFoundOnlyWithItsConnector) {
     EXPECT_EQ(piu::InstallFolder(), install.string());
 }
 
-TEST_F(ProductIntegration, LaunchWithoutKeyTriesTheBareLauncherAndSaysItFailed) {
+TEST_F(ProductIntegration, NothingRegisteredFindsNothingAndLaunchTriesTheBareLauncherInVain) {
+    EXPECT_FALSE(piu::FindRVista());
+    EXPECT_FALSE(piu::FindDuskmere());
+    EXPECT_EQ(FindDuskmere(), 0);
+    EXPECT_EQ(piu::InstallFolder(), "");
     EXPECT_FALSE(piu::LaunchDuskmere());
     EXPECT_EQ(piu::LauncherPath(), "/StartDsk.exe");
     EXPECT_EQ(FPrompt.Messages, std::vector<std::string>{"Failed to launch Duskmere"});
@@ -93,13 +94,9 @@ TEST_F(ProductIntegration, LaunchWithoutKeyTriesTheBareLauncherAndSaysItFailed) 
 }
 
 TEST_F(ProductIntegration, LaunchStartsTheInstalledLauncher) {
-    const fs::path install = FRoot / "duskmere";
-    fs::create_directories(install);
-    const fs::path launcher = install / "StartDsk.exe";
+    const fs::path launcher = RegisterConsole(FRoot / "duskmere") / "StartDsk.exe";
     // A real program rather than a script: the folder is removed while a script would still be read.
     fs::copy_file("/bin/true", launcher);
-    WriteSettings("DuskmereOperationsConsole",
-                  "[InstallExists]\nCurrentDirectory=" + install.string() + "\n");
     EXPECT_TRUE(piu::LaunchDuskmere());
     EXPECT_EQ(piu::LauncherPath(), launcher.string());
     EXPECT_TRUE(FPrompt.Messages.empty());
