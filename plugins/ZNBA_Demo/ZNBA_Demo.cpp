@@ -32,7 +32,6 @@ struct TDemoAdapter {
     std::unique_ptr<TDemoEstate> Estate;
     std::deque<std::string> Replies; // answers waiting to be sent, in order
     std::thread Worker;
-    std::string Folder;
 
     // A host that unloads the library without disconnecting still gets a clean stop.
     ~TDemoAdapter() {
@@ -110,12 +109,10 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Set_Config(intptr_t, const char*, const char*, i
     return ZNA_OK; // nothing to configure: the demo is set up through its environment
 }
 
-ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char* folder, int32_t, ZNA_Mutex,
-                                        ZNA_Notice_Callback callback) {
+ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char*, int32_t, ZNA_Mutex, ZNA_Notice_Callback callback) {
     if (!callback) return ZNA_ERR_SET_CONFIG;
     std::lock_guard<std::mutex> lock(gDemo.Lock);
     if (gDemo.Connected) return ZNA_OK;
-    gDemo.Folder = folder ? folder : "";
     gDemo.Interval = std::chrono::milliseconds(std::max(10L, EnvNumber("ZNBA_DEMO_INTERVAL_MS", 4000)));
     const long seed = EnvNumber("ZNBA_DEMO_SEED", static_cast<long>(std::time(nullptr)));
     gDemo.Estate = std::make_unique<TDemoEstate>(static_cast<uint32_t>(seed));
