@@ -244,16 +244,27 @@ void TdjlpDOM::CreateRootNode() {
     FRootNode = std::move(root);
 }
 
-void TdjlpDOM::LoadFromFile(const std::string& FileName) {
+TFileRead ReadFileBytes(const std::string& FileName, std::string& Bytes) {
     std::ifstream file(FileName, std::ios::binary);
-    if (!file) throw EInOutError("Cannot open file \"" + FileName + "\"");
-    std::string bytes;
+    if (!file) return TFileRead::CannotOpen;
     try {
-        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+        Bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     } catch (const std::exception&) { // a folder, a vanished file
         file.setstate(std::ios::badbit);
     }
-    if (file.bad()) throw EInOutError("Cannot read file \"" + FileName + "\"");
+    return file.bad() ? TFileRead::CannotRead : TFileRead::Read;
+}
+
+void TdjlpDOM::LoadFromFile(const std::string& FileName) {
+    std::string bytes;
+    switch (ReadFileBytes(FileName, bytes)) {
+    case TFileRead::CannotOpen:
+        throw EInOutError("Cannot open file \"" + FileName + "\"");
+    case TFileRead::CannotRead:
+        throw EInOutError("Cannot read file \"" + FileName + "\"");
+    case TFileRead::Read:
+        break;
+    }
     TXMLStream stream(bytes);
     LoadFromStream(stream);
 }
