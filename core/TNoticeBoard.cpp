@@ -3,7 +3,6 @@
 #include "core/FilterExpression.h"
 #include "core/Znb_data.h"
 #include "core/Znb_noticetext.h"
-#include "core/Znb_xml.h"
 
 #include <cstdio>
 #include <memory>
@@ -144,8 +143,7 @@ bool TNoticeBoard::CheckForDuplicateNote(const TXMLNode& Notice) {
     if (!keyNode) return false;
     TPrimaryIndexGuard guard{FNoticeBd};
     try {
-        std::string scratch;
-        const std::string key = LookupKey(XML_Decode(TrimView(ElementText(*keyNode, scratch))));
+        const std::string key = NoticeLookupKey(*keyNode);
         if (!key.empty()) {
             FNoticeBd.SetIndexName(TNoticeStore::OrigKeyIndexName);
             result = FNoticeBd.FindKey(key);

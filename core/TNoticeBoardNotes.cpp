@@ -49,6 +49,11 @@ struct TNoticeElements {
     }
 };
 
+// Whether ElementText returns the element's own line rather than a joined copy in the scratch string.
+bool TextInTree(const TXMLNode& Element) {
+    return Element.GetContents().Count() <= 1;
+}
+
 // String values wait here and go into the row in one allocation. A value is kept as a view of the
 // element's text while the text is usable as it stands (the tree outlives the row update); only a value
 // that has to be decoded, shortened or joined from several lines is copied.
@@ -77,17 +82,16 @@ struct TPendingStrings {
         Values[Field] = Text;
         Mask |= 1u << Field;
     }
+    // A string or memo column's value from its element.
+    void Set(const NoticeBdColRec& Col, std::string_view Text, const TXMLNode& Element) {
+        Set(Col.Field, Text, TextInTree(Element), Col.DataType == TFieldType::ftString ? Col.Size : -1);
+    }
     void Flush(TNoticeRecord& Row) {
         if (!Mask) return;
         Row.SetStrings(Values.data(), Mask);
         Mask = 0;
     }
 };
-
-// Whether ElementText returns the element's own line rather than a joined copy in the scratch string.
-bool TextInTree(const TXMLNode& Element) {
-    return Element.GetContents().Count() <= 1;
-}
 
 } // namespace
 
@@ -108,10 +112,8 @@ void TNoticeBoard::AddNote(const TXMLNode& Notice) {
             if (col.Field == nf_note_severity_str) severity = XML_Decode(text);
             switch (col.DataType) {
             case TFieldType::ftString:
-                strings.Set(col.Field, text, TextInTree(*element), col.Size);
-                break;
             case TFieldType::ftMemo:
-                strings.Set(col.Field, text, TextInTree(*element), -1);
+                strings.Set(col, text, *element);
                 break;
             case TFieldType::ftInteger:
             case TFieldType::ftAutoInc: // Post assigns the key whatever the notice carried
@@ -136,8 +138,7 @@ void TNoticeBoard::UpdateNote(const TXMLNode& Notice) {
     if (!keyNode) return;
     TPrimaryIndexGuard guard{FNoticeBd};
     try {
-        std::string scratch;
-        const std::string key = LookupKey(XML_Decode(TrimView(ElementText(*keyNode, scratch))));
+        const std::string key = NoticeLookupKey(*keyNode);
         if (key.empty()) return;
         FNoticeBd.SetIndexName(TNoticeStore::OrigKeyIndexName);
         if (!FNoticeBd.FindKey(key)) return; // an update never creates a notice
@@ -155,6 +156,7 @@ void TNoticeBoard::UpdateNote(const TXMLNode& Notice) {
         } postAnyway{FNoticeBd};
         FNoticeBd.Edit();
         TNoticeRecord& row = FNoticeBd.Buffer();
+        std::string scratch;
         TPendingStrings strings;
         const TNoticeElements elements(Notice);
         try {
@@ -164,10 +166,8 @@ void TNoticeBoard::UpdateNote(const TXMLNode& Notice) {
                 const std::string_view text = TrimView(ElementText(*element, scratch));
                 switch (col.DataType) {
                 case TFieldType::ftString:
-                    strings.Set(col.Field, text, TextInTree(*element), col.Size);
-                    break;
                 case TFieldType::ftMemo:
-                    strings.Set(col.Field, text, TextInTree(*element), -1);
+                    strings.Set(col, text, *element);
                     break;
                 case TFieldType::ftInteger:
                 case TFieldType::ftAutoInc:

@@ -103,8 +103,7 @@ void TNoticeStore::Post() {
     const uint32_t hash = TNoticeKeyIndex::HashKey(key);
     const int32_t existing = keyed ? FKeyIndex.Find(key, hash) : -1;
     if (FState == TDataSetState::dsInsert) {
-        if (existing >= 0) throw EDatabaseError("Key violation.");
-        if (FNextKey == INT32_MAX) throw EDatabaseError("Key violation.");
+        if (existing >= 0 || FNextKey == INT32_MAX) throw EDatabaseError("Key violation.");
         FBuffer.SetInteger(nf_nb_internal_key, FNextKey++);
         const int32_t slot = FRows.Size();
         AppendSlot(std::move(FBuffer)); // key's text moves with the row; only the hash is used below
@@ -120,8 +119,7 @@ void TNoticeStore::Post() {
     if (existing >= 0 && existing != slot) throw EDatabaseError("Key violation.");
     FBuffer.SetInteger(nf_nb_internal_key, slot + 1);
     const bool wasVisible = SlotVisible(slot);
-    const std::string oldKey(FRows[slot].AsString(nf_adpt_orig_key));
-    FKeyIndex.Erase(slot, oldKey);
+    FKeyIndex.Erase(slot, FRows[slot].AsString(nf_adpt_orig_key));
     FRows[slot] = std::move(FBuffer);
     FBuffer = TNoticeRecord();
     if (keyed) FKeyIndex.Insert(slot);

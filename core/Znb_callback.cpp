@@ -3,6 +3,7 @@
 #include "adapters/ZNB_Cfg.h"
 #include "adapters/Znb_log.h"
 #include "core/TNoticeBoard.h"
+#include "core/Znb_noticetext.h"
 
 #include <deque>
 #include <exception>
@@ -27,11 +28,8 @@ int32_t Apply(std::string_view Text) noexcept {
             if (!TheBoard) throw Exception("Access violation: no notice board");
             TheBoard->Process_XML_Notice(Text);
             return 0;
-        } catch (const Exception& e) {
-            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + e.Message() + std::string(Text));
         } catch (const std::exception& e) {
-            ZS_Log(NBLogFileName(),
-                   "Process NoticeBoard :  Status =" + std::string(e.what()) + std::string(Text));
+            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =" + ExceptionText(e) + std::string(Text));
         }
     } catch (...) {
         // logging itself failed (memory); the adapter still hears of the failure

@@ -5,6 +5,7 @@
 #include "adapters/ZNB_Cfg.h"
 #include "adapters/Znb_log.h"
 #include "core/TNoticeStore.h"
+#include "core/Znb_xml.h"
 #include "support/Exception.h"
 #include "support/StrUtils.h"
 #include "xml/djlpXML.h"
@@ -36,6 +37,12 @@ inline std::string_view ElementText(const TXMLNode& Node, std::string& Scratch) 
 inline std::string LookupKey(std::string Key) {
     if (Key.find('\'') != std::string::npos) Key = ReplaceAll(Key, "'", "''");
     return Key;
+}
+
+// The look-up form of a notice's adpt_orig_key element: its text trimmed, decoded, apostrophes doubled.
+inline std::string NoticeLookupKey(const TXMLNode& KeyNode) {
+    std::string scratch;
+    return LookupKey(XML_Decode(TrimView(ElementText(KeyNode, scratch))));
 }
 
 // Puts the store's index back to "primaryIdx" however a look-up by originator key ended.

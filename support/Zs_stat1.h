@@ -22,13 +22,17 @@ public:
     int32_t Add_Row(const std::string& RowName);       // -1 when present
     int32_t Add_Column(const std::string& ColumnName); // -1 when present
 
-    void Add(const std::string& Row, const std::string& Column, int32_t Amount);
-    void Subtract(const std::string& Row, const std::string& Column, int32_t Amount);
+    void Add(const std::string& Row, const std::string& Column, int32_t Amount) {
+        Change(Row, Column, Amount);
+    }
+    void Subtract(const std::string& Row, const std::string& Column, int32_t Amount) {
+        Change(Row, Column, -int64_t(Amount));
+    }
     void Inc(const std::string& Row, const std::string& Column) { Add(Row, Column, 1); }
     void Dec(const std::string& Row, const std::string& Column) { Subtract(Row, Column, 1); }
     int32_t Get_Count(const std::string& Row, const std::string& Column);
     int32_t Get_Row_Count(const std::string& Row);
-    // Always -1: the test that guards the sum is reversed, and callers rely on it staying so.
+    // Always -1 (creating the column when missing): the sum was never reached, and callers rely on that.
     int32_t Get_Column_Count(const std::string& Column);
     // Leaves both outputs untouched: the search was never written and nothing depends on it.
     void Get_Row_Max(const std::string& Row, std::string& Column, int32_t& Count);
@@ -46,6 +50,8 @@ private:
                        const std::string& name);
     int32_t RowOf(const std::string& Row);
     int32_t ColumnOf(const std::string& Column);
+    // Adds Amount to the counter, wrapping to 32 bits.
+    void Change(const std::string& Row, const std::string& Column, int64_t Amount);
 
     std::vector<std::vector<int32_t>> FCounts; // [row][column]
     std::vector<std::string> FRowNames;

@@ -5,8 +5,6 @@
 #include "xml/djlpXML.h"
 
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 namespace {
@@ -16,19 +14,11 @@ int RunXmlEcho(const std::vector<std::string>& args) {
         std::fprintf(stderr, "usage: nbtool xml-echo FILE\n");
         return 2;
     }
-    std::ifstream file(args[0], std::ios::binary);
-    if (!file) {
-        std::fprintf(stderr, "nbtool xml-echo: cannot open '%s'\n", args[0].c_str());
-        return 2;
-    }
     std::string bytes;
-    try {
-        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    } catch (const std::exception&) { // a folder, a vanished file
-        file.setstate(std::ios::badbit);
-    }
-    if (file.bad()) {
-        std::fprintf(stderr, "nbtool xml-echo: cannot read '%s'\n", args[0].c_str());
+    const TFileRead read = ReadFileBytes(args[0], bytes);
+    if (read != TFileRead::Read) {
+        std::fprintf(stderr, "nbtool xml-echo: cannot %s '%s'\n",
+                     read == TFileRead::CannotOpen ? "open" : "read", args[0].c_str());
         return 2;
     }
     std::string out;

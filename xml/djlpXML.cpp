@@ -46,6 +46,12 @@ template <class V> void MakeRoomForOne(V& Slots) {
     if (Slots.size() == Slots.capacity()) Slots.reserve(Slots.empty() ? 24 : Slots.size() * 2);
 }
 
+// Refuses a child that would close a cycle: Parent itself or one of its ancestors.
+void CheckNotAncestor(const TXMLNode& Parent, const TXMLNode* Child) {
+    for (const TXMLNode* n = &Parent; n; n = n->Parent())
+        if (n == Child) throw EXMLDOMError("Node cannot become a child of itself or its descendant");
+}
+
 } // namespace
 
 void TXMLNode::Adopt(TXMLNode* Child) {
@@ -67,8 +73,7 @@ std::unique_ptr<TXMLNode> TXMLNode::ReleaseAll(TXMLNode* Child) noexcept {
 
 void TXMLNode::Add(TXMLNode* Child) {
     if (!Child) throw EXMLDOMError("Node not assigned");
-    for (TXMLNode* n = this; n; n = n->FParent)
-        if (n == Child) throw EXMLDOMError("Node cannot become a child of itself or its descendant");
+    CheckNotAncestor(*this, Child);
     std::unique_ptr<TXMLNode> owned;
     if (Child->FParent && Child->FParent != this) owned = Child->FParent->Remove(Child);
     if (!owned && Child->FOwner && Child->FOwner != this) owned = Child->FOwner->ReleaseAll(Child);
@@ -86,8 +91,7 @@ void TXMLNode::Add(TXMLNode* Child) {
 TXMLNode* TXMLNode::Add(std::unique_ptr<TXMLNode> Child) {
     if (!Child) throw EXMLDOMError("Node not assigned");
     if (Child->FParent || Child->FOwner) throw EXMLDOMError("Node already has a parent");
-    for (TXMLNode* n = this; n; n = n->FParent)
-        if (n == Child.get()) throw EXMLDOMError("Node cannot become a child of itself or its descendant");
+    CheckNotAncestor(*this, Child.get());
     TXMLNode* node = Child.get();
     MakeRoomForOne(FChildren);
     FChildren.push_back(TChildSlot{node, std::move(Child)});
@@ -244,16 +248,27 @@ void TdjlpDOM::CreateRootNode() {
     FRootNode = std::move(root);
 }
 
-void TdjlpDOM::LoadFromFile(const std::string& FileName) {
+TFileRead ReadFileBytes(const std::string& FileName, std::string& Bytes) {
     std::ifstream file(FileName, std::ios::binary);
-    if (!file) throw EInOutError("Cannot open file \"" + FileName + "\"");
-    std::string bytes;
+    if (!file) return TFileRead::CannotOpen;
     try {
-        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+        Bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     } catch (const std::exception&) { // a folder, a vanished file
         file.setstate(std::ios::badbit);
     }
-    if (file.bad()) throw EInOutError("Cannot read file \"" + FileName + "\"");
+    return file.bad() ? TFileRead::CannotRead : TFileRead::Read;
+}
+
+void TdjlpDOM::LoadFromFile(const std::string& FileName) {
+    std::string bytes;
+    switch (ReadFileBytes(FileName, bytes)) {
+    case TFileRead::CannotOpen:
+        throw EInOutError("Cannot open file \"" + FileName + "\"");
+    case TFileRead::CannotRead:
+        throw EInOutError("Cannot read file \"" + FileName + "\"");
+    case TFileRead::Read:
+        break;
+    }
     TXMLStream stream(bytes);
     LoadFromStream(stream);
 }

@@ -7,22 +7,17 @@
 #include "core/Znb_callback.h"
 #include "core/Znb_data.h"
 
+#include "adapters/TempFolder.h"
+
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <string>
-#include <unistd.h>
 
 class NoticeBoardTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        Folder = std::filesystem::temp_directory_path() /
-                 ("nb_protocol_" + std::to_string(::getpid()) + "_" + std::to_string(++Counter));
-        std::filesystem::create_directories(Folder);
-        NBConfig = std::make_unique<TNBConfig>(Folder.string() + "/");
-        NBConfig->LogFileName = (Folder / "znb.log").string();
+        NBConfig = std::make_unique<TNBConfig>(Folder.Path());
+        NBConfig->LogFileName = Folder / "znb.log";
         Board = std::make_unique<TNoticeBoard>();
         SetNoticeBoard(Board.get());
     }
@@ -31,8 +26,6 @@ protected:
         SetNoticeWake({});
         Board.reset();
         NBConfig.reset();
-        std::error_code ec;
-        std::filesystem::remove_all(Folder, ec);
     }
 
     int32_t Send(const std::string& xml) {
@@ -49,12 +42,7 @@ protected:
     static std::string El(const std::string& name, const std::string& value) {
         return "<" + name + ">" + value + "</" + name + ">";
     }
-    std::string LogText() const {
-        std::ifstream in(Folder / "znb.log");
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
+    std::string LogText() const { return ReadTextFile(Folder / "znb.log"); }
     TNoticeStore& Store() { return Board->cdsNoticeBd(); }
     // The row with that originator key (any case), or null; leaves the store's current row on it.
     const TNoticeRecord* Row(const std::string& key) {
@@ -64,7 +52,6 @@ protected:
         return found ? &Store().ActiveRecord() : nullptr;
     }
 
-    std::filesystem::path Folder;
+    TTempFolder Folder;
     std::unique_ptr<TNoticeBoard> Board;
-    static inline int Counter = 0;
 };

@@ -86,19 +86,6 @@ TEST_F(NoticeBoardTest, FailedInsertionDropsTheRestAndRestoresTheStore) {
               std::string::npos);
 }
 
-TEST_F(NoticeBoardTest, FilterAndCurrentRowSurviveAMessage) {
-    // The board speaks the filter language from the start: no compiler has to be installed by its owner.
-    Send(Message(Notice("post", El("adpt_orig_key", "a") + El("note_severity", "1")) +
-                 Notice("post", El("adpt_orig_key", "b") + El("note_severity", "1"))));
-    Store().SetFilterText("note_severity = 'Normal'");
-    Store().SetFiltered(true);
-    Store().Last();
-    Send(Message(Notice("post", El("adpt_orig_key", "c") + El("note_severity", "2"))));
-    EXPECT_TRUE(Store().Filtered());
-    EXPECT_EQ(Store().ActiveRecord().AsString(nf_adpt_orig_key), "b");
-    EXPECT_EQ(Board->StatusBarText(), "Total notices: 3 (2 in this filter)");
-}
-
 TEST_F(NoticeBoardTest, MessageWithoutNoticeListLeavesTheTotal) {
     Send(Message(Notice("post", El("adpt_orig_key", "a"))));
     Board->SetTotalCount(42);

@@ -1,7 +1,5 @@
 #include "core/TNoticeStore.h"
 
-#include "SeverityFilter.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,6 +7,18 @@
 #include <vector>
 
 namespace {
+
+// Passes rows whose note_severity equals a number.
+class TSeverityFilter : public IRowFilter {
+public:
+    explicit TSeverityFilter(int32_t s) : FSeverity(s) {}
+    bool Accept(const TNoticeRecord& row) const override {
+        return row.AsInteger(nf_note_severity) == FSeverity;
+    }
+
+private:
+    int32_t FSeverity;
+};
 
 std::unique_ptr<IRowFilter> CompileSeverity(const std::string& text) {
     if (text == "bad") throw Exception("bad filter");

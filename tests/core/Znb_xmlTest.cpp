@@ -17,8 +17,3 @@ TEST(Znb_xml, DecodeIgnoresCaseAndDecodesDoubleEscapes) {
     EXPECT_EQ(XML_Decode("&unknown; & &lt"), "&unknown; & &lt");
     EXPECT_EQ(XML_Decode("no entities"), "no entities");
 }
-
-TEST(Znb_xml, DecodeUndoesEncode) {
-    const std::string text = "it's <b>\"bold\"</b> & more";
-    EXPECT_EQ(XML_Decode(XML_Encode(text)), text);
-}
