@@ -39,10 +39,8 @@ TTyped BindName(const TFilterAst& ast, const TTyped* comparedWith) {
     if (!FindNoticeField(ast.Text, field)) {
         // A bare severity text typed as the value of a note_severity line reads as its number.
         if (comparedWith && comparedWith->IsField && comparedWith->Field == nf_note_severity) {
-            for (size_t i = 0; i < SeverityStrings.size(); ++i) {
-                if (SameText(ast.Text, SeverityStrings[i]))
-                    return NumConst(static_cast<double>(i + 1), TVType::Number, ast);
-            }
+            if (const int severity = SeverityNumber(ast.Text))
+                return NumConst(severity, TVType::Number, ast.Line, ast.Column);
         }
         ThrowFilterError("Unknown field name '" + PrintableFilterText(ast.Text) + "'", ast.Line, ast.Column);
     }
@@ -120,13 +118,17 @@ TTyped BindCall(const TFilterAst& ast) {
                                                                 {"TRIM", TStrFunc::Trim},
                                                                 {"TRIMLEFT", TStrFunc::TrimLeft},
                                                                 {"TRIMRIGHT", TStrFunc::TrimRight}};
-    for (const auto& [fname, func] : StrFuncs) {
-        if (name != fname) continue;
+    // The one-argument functions: check the count, convert the argument, build the node, fold constants.
+    auto unary = [&](TVType type, TTyped (*convert)(TTyped), auto make) {
         expect(1, 1);
-        r.Type = TVType::Text;
-        r.S = MakeStrFunc(func, arg(0, ToText).S);
+        r.Type = type;
+        make(arg(0, convert));
         return Fold(std::move(r), allConst);
-    }
+    };
+    for (const auto& f : StrFuncs)
+        if (name == f.first)
+            return unary(TVType::Text, ToText,
+                         [&](TTyped v) { r.S = MakeStrFunc(f.second, std::move(v.S)); });
     if (name == "SUBSTRING") {
         expect(2, 3);
         r.Type = TVType::Text;
@@ -139,18 +141,14 @@ TTyped BindCall(const TFilterAst& ast) {
     static const std::pair<const char*, TDatePart> Parts[] = {
         {"YEAR", TDatePart::Year}, {"MONTH", TDatePart::Month},   {"DAY", TDatePart::Day},
         {"HOUR", TDatePart::Hour}, {"MINUTE", TDatePart::Minute}, {"SECOND", TDatePart::Second}};
-    for (const auto& [fname, part] : Parts) {
-        if (name != fname) continue;
-        expect(1, 1);
-        r.Type = TVType::Number;
-        r.N = MakeDatePart(part, arg(0, ToDateTime).N);
-        return Fold(std::move(r), allConst);
-    }
+    for (const auto& p : Parts)
+        if (name == p.first)
+            return unary(TVType::Number, ToDateTime,
+                         [&](TTyped v) { r.N = MakeDatePart(p.second, std::move(v.N)); });
     if (name == "DATE" || name == "TIME") {
-        expect(1, 1);
-        r.Type = TVType::DateTime;
-        r.N = name == "DATE" ? MakeDateOnly(arg(0, ToDateTime).N) : MakeTimeOnly(arg(0, ToDateTime).N);
-        return Fold(std::move(r), allConst);
+        return unary(TVType::DateTime, ToDateTime, [&](TTyped v) {
+            r.N = name == "DATE" ? MakeDateOnly(std::move(v.N)) : MakeTimeOnly(std::move(v.N));
+        });
     }
     if (name == "GETDATE") {
         expect(0, 0);
@@ -181,14 +179,21 @@ void ThrowAt(const std::string& what, const TTyped& at) {
     ThrowFilterError(what, at.Line, at.Column);
 }
 
-TTyped NumConst(double value, TVType type, const TFilterAst& at) {
+int SeverityNumber(std::string_view text) {
+    for (size_t i = 0; i < SeverityStrings.size(); ++i) {
+        if (SameText(text, SeverityStrings[i])) return static_cast<int>(i) + 1;
+    }
+    return 0;
+}
+
+TTyped NumConst(double value, TVType type, int line, int column) {
     TTyped v;
     v.Type = type;
     v.N = MakeNumConst(value);
     v.IsConst = true;
     v.Num = value;
-    v.Line = at.Line;
-    v.Column = at.Column;
+    v.Line = line;
+    v.Column = column;
     return v;
 }
 
@@ -210,7 +215,7 @@ TTyped BindValue(const TFilterAst& ast, const TTyped* comparedWith) {
         const auto [end, ec] = std::from_chars(ast.Text.data(), ast.Text.data() + ast.Text.size(), d);
         if (ec != std::errc() || end != ast.Text.data() + ast.Text.size() || !std::isfinite(d))
             ThrowFilterError("Invalid number '" + PrintableFilterText(ast.Text) + "'", ast.Line, ast.Column);
-        return NumConst(d, TVType::Number, ast);
+        return NumConst(d, TVType::Number, ast.Line, ast.Column);
     }
     case TFilterAstKind::Text:
         return StrConst(ast.Text, ast);
@@ -251,14 +256,7 @@ TTyped ToDateTime(TTyped v) {
     if (v.Type == TVType::Text && v.IsConst) {
         double d;
         if (!ParseFilterDate(v.Str, d)) ThrowAt("Invalid date '" + PrintableFilterText(v.Str) + "'", v);
-        TTyped r;
-        r.Type = TVType::DateTime;
-        r.N = MakeNumConst(d);
-        r.IsConst = true;
-        r.Num = d;
-        r.Line = v.Line;
-        r.Column = v.Column;
-        return r;
+        return NumConst(d, TVType::DateTime, v.Line, v.Column);
     }
     ThrowAt("Expected a date-time, not " + TypeName(v.Type), v);
 }

@@ -8,6 +8,7 @@
 #include "core/FilterParser.h"
 
 #include <string>
+#include <string_view>
 
 namespace FilterLanguage {
 
@@ -33,7 +34,9 @@ struct TTyped {
 // Shared by the two halves of the binder (FilterBinder.cpp: values; FilterConditions.cpp: conditions).
 TTyped BindValue(const TFilterAst& ast, const TTyped* comparedWith = nullptr);
 TTyped BindCondition(const TFilterAst& ast);
-TTyped NumConst(double value, TVType type, const TFilterAst& at);
+// The number (1 to 4) of a severity name in any letter case, or 0 when the text names none.
+int SeverityNumber(std::string_view text);
+TTyped NumConst(double value, TVType type, int line, int column);
 TTyped StrConst(std::string value, const TFilterAst& at);
 // Converts a value to text (numbers and dates are shown as the grid shows them); a condition is an error.
 TTyped ToText(TTyped v);

@@ -24,10 +24,6 @@ template <TCmpOp Op, typename T> inline bool Holds(const T& a, const T& b) {
         return a >= b;
 }
 
-inline TTri ToTri(bool b) {
-    return b ? TTri::True : TTri::False;
-}
-
 // Instantiates Node<Op> for the operator chosen at run time.
 template <template <TCmpOp> class Node, typename... Args> TBoolPtr ForOp(TCmpOp op, Args&&... args) {
     switch (op) {
@@ -47,27 +43,19 @@ template <template <TCmpOp> class Node, typename... Args> TBoolPtr ForOp(TCmpOp 
     return std::make_unique<Node<TCmpOp::Ge>>(std::forward<Args>(args)...);
 }
 
-template <TCmpOp Op> class TCmpNum final : public TBoolNode {
+// Two computed values of one type (Ptr evaluates to V); null when either is.
+template <TCmpOp Op, typename Ptr, typename V> class TCmpValues final : public TBoolNode {
 public:
-    TCmpNum(TNumPtr l, TNumPtr r) : L(std::move(l)), R(std::move(r)) {}
+    TCmpValues(Ptr l, Ptr r) : L(std::move(l)), R(std::move(r)) {}
     TTri Eval(const TNoticeRecord& row) const override {
-        double a, b;
+        V a, b;
         if (!L->Eval(row, a) || !R->Eval(row, b)) return TTri::Unknown;
         return ToTri(Holds<Op>(a, b));
     }
-    TNumPtr L, R;
+    Ptr L, R;
 };
-
-template <TCmpOp Op> class TCmpStr final : public TBoolNode {
-public:
-    TCmpStr(TStrPtr l, TStrPtr r) : L(std::move(l)), R(std::move(r)) {}
-    TTri Eval(const TNoticeRecord& row) const override {
-        std::string_view a, b;
-        if (!L->Eval(row, a) || !R->Eval(row, b)) return TTri::Unknown;
-        return ToTri(Holds<Op>(a, b));
-    }
-    TStrPtr L, R;
-};
+template <TCmpOp Op> using TCmpNum = TCmpValues<Op, TNumPtr, double>;
+template <TCmpOp Op> using TCmpStr = TCmpValues<Op, TStrPtr, std::string_view>;
 
 template <TCmpOp Op> class TCmpIntFieldConst final : public TBoolNode {
 public:
@@ -114,25 +102,14 @@ public:
     bool Negated;
 };
 
-class TIsNullNum final : public TBoolNode {
+template <typename Ptr, typename V> class TIsNullValue final : public TBoolNode {
 public:
-    TIsNullNum(TNumPtr c, bool n) : C(std::move(c)), Negated(n) {}
+    TIsNullValue(Ptr c, bool n) : C(std::move(c)), Negated(n) {}
     TTri Eval(const TNoticeRecord& r) const override {
-        double v;
+        V v;
         return ToTri(!C->Eval(r, v) != Negated);
     }
-    TNumPtr C;
-    bool Negated;
-};
-
-class TIsNullStr final : public TBoolNode {
-public:
-    TIsNullStr(TStrPtr c, bool n) : C(std::move(c)), Negated(n) {}
-    TTri Eval(const TNoticeRecord& r) const override {
-        std::string_view v;
-        return ToTri(!C->Eval(r, v) != Negated);
-    }
-    TStrPtr C;
+    Ptr C;
     bool Negated;
 };
 
@@ -236,10 +213,10 @@ TBoolPtr MakeIsNullField(TNoticeField f, bool negated) {
     return std::make_unique<TIsNullField>(f, negated);
 }
 TBoolPtr MakeIsNullNum(TNumPtr c, bool negated) {
-    return std::make_unique<TIsNullNum>(std::move(c), negated);
+    return std::make_unique<TIsNullValue<TNumPtr, double>>(std::move(c), negated);
 }
 TBoolPtr MakeIsNullStr(TStrPtr c, bool negated) {
-    return std::make_unique<TIsNullStr>(std::move(c), negated);
+    return std::make_unique<TIsNullValue<TStrPtr, std::string_view>>(std::move(c), negated);
 }
 TBoolPtr MakeLike(TStrPtr v, TStrPtr p) {
     return std::make_unique<TLike>(std::move(v), std::move(p));

@@ -50,10 +50,8 @@ TTyped ConvertTextFor(TTyped text, const TTyped& other, const TFilterAst& op) {
         ThrowFilterError("Cannot compare text with " + TypeName(other.Type), op.Line, op.Column);
     if (other.Type == TVType::DateTime) return ToDateTime(std::move(text));
     if (other.IsField && other.Field == nf_note_severity) {
-        for (size_t i = 0; i < SeverityStrings.size(); ++i) {
-            if (SameText(Trim(text.Str), SeverityStrings[i]))
-                return NumConst(static_cast<double>(i + 1), TVType::Number, op);
-        }
+        if (const int severity = SeverityNumber(Trim(text.Str)))
+            return NumConst(severity, TVType::Number, op.Line, op.Column);
         double number;
         if (!TryTextToNumber(text.Str, number))
             ThrowAt("'" + PrintableFilterText(text.Str) +

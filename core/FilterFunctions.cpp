@@ -13,6 +13,9 @@ namespace FilterLanguage {
 
 namespace {
 
+// This many days from 1899-12-30 is past the year 9999 (or before year 1): there is no calendar date.
+constexpr double DateTimeLimit = 2958466.0;
+
 class TArith final : public TNumNode {
 public:
     TArith(char op, TNumPtr l, TNumPtr r) : Op(op), L(std::move(l)), R(std::move(r)) {}
@@ -122,7 +125,7 @@ public:
     TDatePartNode(TDatePart p, TNumPtr c) : P(p), C(std::move(c)) {}
     bool Eval(const TNoticeRecord& row, double& v) const override {
         double d;
-        if (!C->Eval(row, d) || !std::isfinite(d) || std::fabs(d) > 2958466.0) return false;
+        if (!C->Eval(row, d) || !std::isfinite(d) || std::fabs(d) > DateTimeLimit) return false;
         int y, mo, da, h, mi, s, ms;
         DecodeDateTime(d, y, mo, da, h, mi, s, ms);
         const int parts[] = {y, mo, da, h, mi, s};
@@ -176,7 +179,8 @@ public:
             v = SeverityStrings[static_cast<size_t>(d) - 1];
             return true;
         }
-        Buf = AsDate && std::isfinite(d) && std::fabs(d) < 2958466.0 ? FormatDateTime("c", d) : NumberText(d);
+        Buf = AsDate && std::isfinite(d) && std::fabs(d) < DateTimeLimit ? FormatDateTime("c", d)
+                                                                         : NumberText(d);
         v = Buf;
         return true;
     }

@@ -7,10 +7,6 @@ namespace FilterLanguage {
 
 namespace {
 
-inline TTri ToTri(bool b) {
-    return b ? TTri::True : TTri::False;
-}
-
 class TIntField final : public TNumNode {
 public:
     explicit TIntField(TNoticeField f) : F(f) {}

@@ -14,6 +14,9 @@
 namespace FilterLanguage {
 
 enum class TTri : uint8_t { False, True, Unknown };
+inline TTri ToTri(bool b) {
+    return b ? TTri::True : TTri::False;
+}
 
 class TBoolNode {
 public:

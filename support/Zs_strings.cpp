@@ -1,10 +1,23 @@
 #include "support/Zs_strings.h"
 
+#include <utility>
+
 namespace {
 
 constexpr char QuoteChar = '"';
 // Until a caller sets one, the delimiter is the quote character itself.
 char CurrentDelimiter = QuoteChar;
+
+// The token around index `at` of S, as [begin, end) between delimiters.
+std::pair<size_t, size_t> TokenBounds(std::string_view S, size_t at) {
+    size_t begin = at;
+    while (begin > 0 && S[begin - 1] != CurrentDelimiter)
+        --begin;
+    size_t end = at;
+    while (end < S.size() && S[end] != CurrentDelimiter)
+        ++end;
+    return {begin, end};
+}
 
 } // namespace
 
@@ -32,12 +45,7 @@ std::string GetToken(std::string_view S, int Pos) {
     if (Pos < 1 || static_cast<size_t>(Pos) > S.size()) return {};
     const size_t at = static_cast<size_t>(Pos) - 1;
     if (S[at] == CurrentDelimiter) return {};
-    size_t begin = at;
-    while (begin > 0 && S[begin - 1] != CurrentDelimiter)
-        --begin;
-    size_t end = at;
-    while (end < S.size() && S[end] != CurrentDelimiter)
-        ++end;
+    const auto [begin, end] = TokenBounds(S, at);
     return std::string(S.substr(begin, end - begin));
 }
 
@@ -48,12 +56,7 @@ bool ReplaceToken(std::string& S, std::string_view Token, int Pos) {
         S.insert(at, Token);
         return true;
     }
-    size_t begin = at;
-    while (begin > 0 && S[begin - 1] != CurrentDelimiter)
-        --begin;
-    size_t end = at;
-    while (end < S.size() && S[end] != CurrentDelimiter)
-        ++end;
+    const auto [begin, end] = TokenBounds(S, at);
     S.replace(begin, end - begin, Token);
     return true;
 }

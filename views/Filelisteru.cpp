@@ -7,10 +7,6 @@
 
 namespace {
 
-char Lower(char c) {
-    return (c >= 'A' && c <= 'Z') ? char(c + 32) : c;
-}
-
 [[noreturn]] void OutOfBounds(int index) {
     throw EListError("List index out of bounds (" + std::to_string(index) + ")");
 }
@@ -23,7 +19,7 @@ bool MatchesFileMask(const std::string& name, const std::string& mask) {
         if (m < mask.size() && mask[m] == '*') {
             starM = ++m;
             starN = n;
-        } else if (m < mask.size() && (mask[m] == '?' || Lower(mask[m]) == Lower(name[n]))) {
+        } else if (m < mask.size() && (mask[m] == '?' || UpCase(mask[m]) == UpCase(name[n]))) {
             ++m;
             ++n;
         } else if (starM != std::string::npos) {

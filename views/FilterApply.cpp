@@ -6,6 +6,16 @@
 
 const char* const NoFilterName = "<No Filter>";
 
+namespace {
+
+std::string FilterFileText(const std::string& FileName) {
+    TFilter filter;
+    filter.filterFromFile(FileName);
+    return filter.GetFilterString();
+}
+
+} // namespace
+
 void InstallFilterLanguage(TNoticeStore& Store) {
     Store.SetFilterCompiler(CompileFilterExpression);
 }
@@ -13,9 +23,7 @@ void InstallFilterLanguage(TNoticeStore& Store) {
 bool FilterTextForName(const std::string& FilterName, const std::string& Folder, std::string& Text) {
     Text.clear();
     if (FilterName == NoFilterName) return false;
-    TFilter filter;
-    filter.filterFromFile(Folder + FilterName + ".nbf");
-    Text = filter.GetFilterString();
+    Text = FilterFileText(Folder + FilterName + ".nbf");
     return true;
 }
 
@@ -26,9 +34,7 @@ void ApplyFilterText(const std::string& Text, TNoticeStore& Store) {
 }
 
 void ApplyFilterFile(const std::string& FileName, TNoticeStore& Store) {
-    TFilter filter;
-    filter.filterFromFile(FileName);
-    ApplyFilterText(filter.GetFilterString(), Store);
+    ApplyFilterText(FilterFileText(FileName), Store);
 }
 
 void ApplyFilter(const std::string& FilterName, const std::string& Folder, TNoticeStore& Store) {

@@ -4,6 +4,7 @@
 #include "support/StrUtils.h"
 #include "support/Zs_strings.h"
 
+#include <algorithm>
 #include <fstream>
 
 const std::array<std::string, 6> FilterFieldsArray = {"boolop",   "leftPar", "fieldname",
@@ -45,9 +46,8 @@ std::string TFilter::GetFieldName(int Index) const {
 }
 
 int TFilter::GetColNum(const std::string& Name) const {
-    const std::string lower = LowerCase(Name);
     for (size_t i = 0; i < FilterFieldsArray.size(); ++i) {
-        if (LowerCase(FilterFieldsArray[i]) == lower) return static_cast<int>(i);
+        if (SameText(FilterFieldsArray[i], Name)) return static_cast<int>(i);
     }
     return -1;
 }
@@ -137,18 +137,14 @@ std::string TFilter::GetFilterString() const {
         text += row;
         text += "\r\n";
     }
-    for (char& c : text) {
-        if (c == ColumnSeparator) c = ' ';
-    }
+    std::replace(text.begin(), text.end(), ColumnSeparator, ' ');
     return Trim(text);
 }
 
 const std::vector<std::string>& TFilter::GetListBoxItems() {
     FListBoxItems.clear();
     for (std::string item : FRows) {
-        for (char& c : item) {
-            if (c == ColumnSeparator) c = ' ';
-        }
+        std::replace(item.begin(), item.end(), ColumnSeparator, ' ');
         FListBoxItems.push_back(std::move(item));
     }
     return FListBoxItems;

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -28,51 +29,53 @@ std::string Repeat(const std::string& s, size_t n) {
 } // namespace
 
 TEST(FilterErrors, MessagesNameTheProblemTheTokenAndThePlace) {
-    EXPECT_EQ(ErrorOf("( note_severity >= 3 )\r\nAND ( note_sumary = 'x' )"),
-              "Unknown field name 'note_sumary' at line 2, column 7");
-    EXPECT_EQ(ErrorOf("(  =  )"), "Expected a field name or a value but found '=' at line 1, column 4");
-    EXPECT_EQ(ErrorOf("( note_count = 1"), "Expected ')' but found end of text at line 1, column 17");
-    EXPECT_EQ(ErrorOf("note_count = 1 )"),
-              "Expected AND, OR or the end of the filter but found ')' at line 1, column 16");
-    EXPECT_EQ(ErrorOf("note_count = 1 AND"),
-              "Expected a field name or a value but found end of text at line 1, column 19");
-    EXPECT_EQ(ErrorOf("note_summary = 'abc"), "Unterminated text literal at line 1, column 16");
-    EXPECT_EQ(ErrorOf("note_count = 1 &\x01"), "Unexpected character '&' at line 1, column 16");
-    EXPECT_EQ(ErrorOf("note_count = \x01"), "Unexpected character '\\x01' at line 1, column 14");
-    EXPECT_EQ(ErrorOf("[note_count = 1"), "Unterminated field name in brackets at line 1, column 1");
-    EXPECT_EQ(ErrorOf("ack_date IS 1"), "Expected NULL after IS but found '1' at line 1, column 13");
-    EXPECT_EQ(ErrorOf("note_count = 1 note_count"),
-              "Expected AND, OR or the end of the filter but found 'note_count' at line 1, column 16");
-    EXPECT_EQ(ErrorOf("AND note_count = 1"),
-              "Expected a field name or a value but found 'AND' at line 1, column 1");
+    for (const auto& [text, message] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"( note_severity >= 3 )\r\nAND ( note_sumary = 'x' )",
+              "Unknown field name 'note_sumary' at line 2, column 7"},
+             {"(  =  )", "Expected a field name or a value but found '=' at line 1, column 4"},
+             {"( note_count = 1", "Expected ')' but found end of text at line 1, column 17"},
+             {"note_count = 1 )",
+              "Expected AND, OR or the end of the filter but found ')' at line 1, column 16"},
+             {"note_count = 1 AND",
+              "Expected a field name or a value but found end of text at line 1, column 19"},
+             {"note_summary = 'abc", "Unterminated text literal at line 1, column 16"},
+             {"note_count = 1 &\x01", "Unexpected character '&' at line 1, column 16"},
+             {"note_count = \x01", "Unexpected character '\\x01' at line 1, column 14"},
+             {"[note_count = 1", "Unterminated field name in brackets at line 1, column 1"},
+             {"ack_date IS 1", "Expected NULL after IS but found '1' at line 1, column 13"},
+             {"note_count = 1 note_count",
+              "Expected AND, OR or the end of the filter but found 'note_count' at line 1, column 16"},
+             {"AND note_count = 1", "Expected a field name or a value but found 'AND' at line 1, column 1"},
+         })
+        EXPECT_EQ(ErrorOf(text), message) << text;
 }
 
 TEST(FilterErrors, TypeAndNameProblemsPointAtTheirPart) {
-    EXPECT_EQ(ErrorOf("note_summary = 5"), "Cannot compare text with a number at line 1, column 14");
-    EXPECT_EQ(ErrorOf("note_count = note_summary"), "Cannot compare text with a number at line 1, column 12");
-    EXPECT_EQ(ErrorOf("\n  note_raised_date >= 'someday'"), "Invalid date 'someday' at line 2, column 23");
-    EXPECT_EQ(ErrorOf("note_severity = 'Severe'"),
-              "'Severe' is not a severity (Normal, Warning, Fatal or Critical) at line 1, column 17");
-    EXPECT_EQ(ErrorOf("( note_raised_date >= 21/11/2026 )"),
-              "Cannot compare a date-time with a number (write a date in quotes, as '2026-11-21') at line 1, "
-              "column 20");
-    EXPECT_EQ(ErrorOf("FOO(note_count) = 1"), "Unknown function 'FOO' at line 1, column 1");
-    EXPECT_EQ(ErrorOf("SUBSTRING(note_summary) = 'a'"),
-              "Function SUBSTRING takes 2 or 3 arguments, not 1 at line 1, column 1");
-    EXPECT_EQ(ErrorOf("GETDATE(1) > note_raised_date"),
-              "Function GETDATE takes 0 arguments, not 1 at line 1, column 1");
-    EXPECT_EQ(
-        ErrorOf("note_count + 1"),
-        "A filter needs a condition (a comparison, IS NULL, LIKE or IN), not a number at line 1, column 12");
-    EXPECT_EQ(ErrorOf("note_count = 1 AND note_summary"),
-              "AND needs a condition (a comparison, IS NULL, LIKE or IN), not text at line 1, column 20");
-    EXPECT_EQ(ErrorOf("(note_count = 1) = (note_count = 2)"),
-              "A condition cannot be compared with '=' at line 1, column 18");
-    EXPECT_EQ(ErrorOf("note_summary + 1 = 'a'"),
-              "Operator '+' cannot combine text and a number at line 1, column 14");
-    EXPECT_EQ(ErrorOf("note_count = " + std::string(400, '9')),
-              "Invalid number '9999999999999999999999999999999999999999...' at line 1, column 14");
-    EXPECT_EQ(ErrorOf("[\x01\xff] = 1"), "Unknown field name '\\x01\\xFF' at line 1, column 1");
+    for (const auto& [text, message] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"note_summary = 5", "Cannot compare text with a number at line 1, column 14"},
+             {"note_count = note_summary", "Cannot compare text with a number at line 1, column 12"},
+             {"\n  note_raised_date >= 'someday'", "Invalid date 'someday' at line 2, column 23"},
+             {"note_severity = 'Severe'",
+              "'Severe' is not a severity (Normal, Warning, Fatal or Critical) at line 1, column 17"},
+             {"( note_raised_date >= 21/11/2026 )", "Cannot compare a date-time with a number (write a date "
+                                                    "in quotes, as '2026-11-21') at line 1, column 20"},
+             {"FOO(note_count) = 1", "Unknown function 'FOO' at line 1, column 1"},
+             {"SUBSTRING(note_summary) = 'a'",
+              "Function SUBSTRING takes 2 or 3 arguments, not 1 at line 1, column 1"},
+             {"GETDATE(1) > note_raised_date",
+              "Function GETDATE takes 0 arguments, not 1 at line 1, column 1"},
+             {"note_count + 1", "A filter needs a condition (a comparison, IS NULL, LIKE or IN), not a "
+                                "number at line 1, column 12"},
+             {"note_count = 1 AND note_summary",
+              "AND needs a condition (a comparison, IS NULL, LIKE or IN), not text at line 1, column 20"},
+             {"(note_count = 1) = (note_count = 2)",
+              "A condition cannot be compared with '=' at line 1, column 18"},
+             {"note_summary + 1 = 'a'", "Operator '+' cannot combine text and a number at line 1, column 14"},
+             {"note_count = " + std::string(400, '9'),
+              "Invalid number '9999999999999999999999999999999999999999...' at line 1, column 14"},
+             {"[\x01\xff] = 1", "Unknown field name '\\x01\\xFF' at line 1, column 1"},
+         })
+        EXPECT_EQ(ErrorOf(text), message) << text;
 }
 
 TEST(FilterErrors, DeepNestingIsRefusedWithAClearMessage) {

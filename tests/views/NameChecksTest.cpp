@@ -1,30 +1,12 @@
 #include "views/NameChecks.h"
 
-#include "support/NBPrompt.h"
+#include "tests/adapters/ScriptedPrompt.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-namespace {
-
-class TScriptedPrompt : public INBPrompt {
-public:
-    TScriptedPrompt() : FPrevious(SetNBPrompt(this)) {}
-    ~TScriptedPrompt() override { SetNBPrompt(FPrevious); }
-    std::vector<std::string> Messages;
-    void ShowMessage(const std::string& text, TMsgDlgType) override { Messages.push_back(text); }
-    bool Confirm(const std::string&) override { return false; }
-    bool DisplayDialog(const std::string&, bool&) override { return false; }
-    void ShowConfigDialog() override {}
-
-private:
-    INBPrompt* FPrevious;
-};
-
-} // namespace
 
 TEST(NameChecks, FileNameShowsEveryFailedCheckInOrder) {
     {

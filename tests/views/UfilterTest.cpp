@@ -2,7 +2,7 @@
 #include "views/Ufilter.h"
 
 #include "core/FilterExpression.h"
-#include "support/NBPrompt.h"
+#include "tests/adapters/ScriptedPrompt.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,15 +31,6 @@ std::string ReadAll(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
 }
-
-class TRecordingPrompt : public INBPrompt {
-public:
-    std::vector<std::string> Messages;
-    void ShowMessage(const std::string& text, TMsgDlgType) override { Messages.push_back(text); }
-    bool Confirm(const std::string&) override { return false; }
-    bool DisplayDialog(const std::string&, bool&) override { return false; }
-    void ShowConfigDialog() override {}
-};
 
 std::string TempPath(const char* name) {
     return (std::filesystem::temp_directory_path() / (std::string("nb_filter_") + name)).string();
@@ -201,13 +192,11 @@ TEST(Ufilter, HostileFilesLoadWithoutHarm) {
 }
 
 TEST(Ufilter, StringFormsAreNotImplemented) {
-    TRecordingPrompt prompt;
-    INBPrompt* previous = SetNBPrompt(&prompt);
+    TScriptedPrompt prompt;
     TFilter f;
     f.Append();
     f.filterFromString("0");
     EXPECT_EQ(f.filterToString(), "");
-    SetNBPrompt(previous);
     EXPECT_THAT(prompt.Messages, testing::ElementsAre("Not implemented", "Not implemented"));
     EXPECT_EQ(f.GetRowCount(), 1);
 }
