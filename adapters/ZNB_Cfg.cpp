@@ -18,11 +18,14 @@ std::string NBLogFileName() {
 
 namespace {
 
-const char* const BuiltInAdapters = "DuskMere,R/Vista";
-const char* const RVistaDefaults =
-    "internal=false;DLL_Name=ZNBA_RV;Configured=false;Enabled=false;Loadable=false;";
-const char* const DuskMereDefaults =
-    "internal=false;DLL_Name=PvDuskmereAdapter;Configured=false;Enabled=false;Loadable=false;";
+// The built-in adapters in list order, with their default records.
+const struct {
+    const char* Name;
+    const char* Defaults;
+} BuiltInAdapters[] = {
+    {"DuskMere", "internal=false;DLL_Name=PvDuskmereAdapter;Configured=false;Enabled=false;Loadable=false;"},
+    {"R/Vista", "internal=false;DLL_Name=ZNBA_RV;Configured=false;Enabled=false;Loadable=false;"},
+};
 
 const char* const SecNoticeboard = "Noticeboard";
 const char* const SecAdapterConfig = "AdapterConfig";
@@ -31,8 +34,9 @@ const char* const SecAdapters = "Adapters";
 // Creates Folder (the last level only). True when it exists afterwards.
 bool CreateFolder(const std::string& Folder) {
     std::error_code ec;
-    std::filesystem::create_directory(ExcludeTrailingPathDelimiter(Folder), ec);
-    return !ec && DirectoryExists(ExcludeTrailingPathDelimiter(Folder));
+    const std::string path = ExcludeTrailingPathDelimiter(Folder);
+    std::filesystem::create_directory(path, ec);
+    return !ec && DirectoryExists(path);
 }
 
 // The non-empty names of keys Adapter_0 .. Adapter_<Count-1> of section Adapters, in number order.
@@ -109,40 +113,28 @@ int32_t TZNB_Adapter_Cfg::Save_Ini_File(TIniFile& Ini) {
 TNBConfig::TNBConfig() : TNBConfig(ExecutableFolder()) {}
 
 TNBConfig::TNBConfig(std::string exeFolder) : FExeFolder(IncludeTrailingPathDelimiter(exeFolder)) {
-    std::string rest = BuiltInAdapters;
-    while (!rest.empty()) {
-        const size_t p = rest.find(',');
-        AddBuiltIn(rest.substr(0, p));
-        rest = p == std::string::npos ? std::string() : rest.substr(p + 1);
-    }
+    for (const auto& builtIn : BuiltInAdapters)
+        AddAdapter(builtIn.Name).Read_Cfg_String(builtIn.Defaults);
 }
 
 TNBConfig::~TNBConfig() = default;
 
-void TNBConfig::AddBuiltIn(const std::string& Name) {
-    TZNB_Adapter_Cfg& cfg = AddAdapter(Name);
-    if (Name == "R/Vista")
-        cfg.Read_Cfg_String(RVistaDefaults);
-    else if (Name == "DuskMere")
-        cfg.Read_Cfg_String(DuskMereDefaults);
-}
-
 TZNB_Adapter_Cfg& TNBConfig::AddAdapter(const std::string& Name) {
-    FAdapters.emplace_back(Name, std::make_unique<TZNB_Adapter_Cfg>(Name));
-    return *FAdapters.back().second;
+    FAdapters.push_back(std::make_unique<TZNB_Adapter_Cfg>(Name));
+    return *FAdapters.back();
 }
 
 const std::string& TNBConfig::AdapterName(int Index) const {
-    return FAdapters.at(static_cast<size_t>(Index)).first;
+    return AdapterCfg(Index).Name;
 }
 
 TZNB_Adapter_Cfg& TNBConfig::AdapterCfg(int Index) const {
-    return *FAdapters.at(static_cast<size_t>(Index)).second;
+    return *FAdapters.at(static_cast<size_t>(Index));
 }
 
 TZNB_Adapter_Cfg* TNBConfig::FindAdapterCfg(const std::string& Name) const {
     for (const auto& a : FAdapters)
-        if (SameText(a.first, Name)) return a.second.get();
+        if (SameText(a->Name, Name)) return a.get();
     return nullptr;
 }
 

@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 class TIniFile;
@@ -87,11 +86,10 @@ public:
     bool AlwaysPrompt = false; // ask about installed but unconfigured adapters
 
 private:
-    void AddBuiltIn(const std::string& Name);
     TZNB_Adapter_Cfg& AddAdapter(const std::string& Name);
 
     std::string FExeFolder;
-    std::vector<std::pair<std::string, std::unique_ptr<TZNB_Adapter_Cfg>>> FAdapters;
+    std::vector<std::unique_ptr<TZNB_Adapter_Cfg>> FAdapters;
 };
 
 // The board's configuration; created by the package entry, null before that.

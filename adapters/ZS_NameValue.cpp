@@ -24,8 +24,7 @@ bool TName_Value_List::Find(const std::string& Name, size_t& Index) const {
 
 void TName_Value_List::Store(TEntry& Entry, const std::string& Value, bool NewBuffer) {
     if (NewBuffer || !Entry.Buffer) {
-        Entry.Capacity = Value.size() + 2;
-        Entry.Buffer = std::make_unique<char[]>(Entry.Capacity);
+        Entry.Buffer = std::make_unique<char[]>(Value.size() + 2);
     }
     // A value with an embedded NUL ends there, as it would in the C buffer it is kept in.
     std::memcpy(Entry.Buffer.get(), Value.c_str(), Value.size() + 1);
@@ -55,9 +54,7 @@ bool TName_Value_List::Look_Up_Boolean(const std::string& Name) const {
 }
 
 int32_t TName_Value_List::Look_Up_Num(const std::string& Name) const {
-    const std::string value = Look_Up_Value(Name);
-    if (value.empty()) return 0;
-    return StrToIntDef(value, 0);
+    return StrToIntDef(Look_Up_Value(Name), 0);
 }
 
 std::string TName_Value_List::Decode_Value(const std::string& Value) const {

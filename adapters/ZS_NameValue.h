@@ -44,7 +44,6 @@ private:
     struct TEntry {
         std::string Name;
         std::unique_ptr<char[]> Buffer;
-        size_t Capacity = 0;
         std::string Value() const { return Buffer ? std::string(Buffer.get()) : std::string(); }
     };
 

@@ -59,6 +59,17 @@ bool SaveLines(const std::string& FileName, const std::vector<std::string>& Line
     return static_cast<bool>(out);
 }
 
+// Hands every line of a text file to Each; a missing file does nothing.
+void LogLinesOf(const std::string& FileName, void (*Each)(const std::string& Line)) {
+    try {
+        std::vector<std::string> lines;
+        if (!LoadLines(FileName, lines)) return;
+        for (const std::string& line : lines)
+            Each(line);
+    } catch (...) {
+    }
+}
+
 } // namespace
 
 std::string Log_Dated_Line(const std::string& Message) {
@@ -120,23 +131,11 @@ void rvLog_Display(const std::string& Message) {
 }
 
 void rvLog_TextFile(const std::string& FileName) {
-    try {
-        std::vector<std::string> lines;
-        if (!LoadLines(FileName, lines)) return;
-        for (const std::string& line : lines)
-            ZS_Log(Log_File_1, line);
-    } catch (...) {
-    }
+    LogLinesOf(FileName, [](const std::string& Line) { ZS_Log(Log_File_1, Line); });
 }
 
 void rvLog_Display_TextFile(const std::string& FileName) {
-    try {
-        std::vector<std::string> lines;
-        if (!LoadLines(FileName, lines)) return;
-        for (const std::string& line : lines)
-            rvLog_Display(line);
-    } catch (...) {
-    }
+    LogLinesOf(FileName, rvLog_Display);
 }
 
 void Truncate_Log_File() {

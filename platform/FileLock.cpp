@@ -52,16 +52,19 @@ TAppendFile::~TAppendFile() {
     Close();
 }
 
-bool TAppendFile::Append(std::string_view data) {
-    if (FFd < 0) return false;
+bool WriteAll(int fd, std::string_view data) {
     size_t done = 0;
     while (done < data.size()) {
-        const ssize_t n = ::write(FFd, data.data() + done, data.size() - done);
+        const ssize_t n = ::write(fd, data.data() + done, data.size() - done);
         if (n < 0 && errno == EINTR) continue;
         if (n <= 0) return false;
         done += static_cast<size_t>(n);
     }
     return true;
+}
+
+bool TAppendFile::Append(std::string_view data) {
+    return FFd >= 0 && WriteAll(FFd, data);
 }
 
 int TAppendFile::Close() {

@@ -26,6 +26,10 @@ private:
     bool FLocked = false;
 };
 
+// Writes all of data to an open descriptor, going on after short writes and interruptions. False on any
+// write error; the caller keeps the descriptor.
+bool WriteAll(int fd, std::string_view data);
+
 // A file kept open for appending (created when missing) for the object's life; a log that other processes
 // write too. Plain value owned by its creator; one thread at a time. Nothing here throws.
 class TAppendFile {

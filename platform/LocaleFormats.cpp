@@ -12,7 +12,6 @@ namespace {
 std::string FromQtPattern(const QString& pattern) {
     std::string out;
     const std::string p = pattern.toStdString();
-    bool twelveHour = false;
     for (size_t i = 0; i < p.size(); ++i) {
         const char c = p[i];
         switch (c) {
@@ -23,11 +22,8 @@ std::string FromQtPattern(const QString& pattern) {
             out += 'n';
             break;
         case 'H':
-            out += 'h';
-            break;
         case 'h':
             out += 'h';
-            twelveHour = true;
             break;
         case 'y':
         case 'd':
@@ -39,7 +35,6 @@ std::string FromQtPattern(const QString& pattern) {
         case 'a':
             if (i + 1 < p.size() && (p[i + 1] == 'P' || p[i + 1] == 'p')) ++i;
             out += "AM/PM";
-            twelveHour = false;
             break;
         case 't':
             break; // time-zone names are not part of the board's formats
@@ -53,7 +48,6 @@ std::string FromQtPattern(const QString& pattern) {
             out += c;
         }
     }
-    (void)twelveHour;
     // Trim a trailing blank left where a zone name was removed.
     while (!out.empty() && out.back() == ' ')
         out.pop_back();

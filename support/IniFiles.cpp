@@ -1,5 +1,6 @@
 #include "support/IniFiles.h"
 
+#include "platform/FileLock.h"
 #include "support/Exception.h"
 #include "support/StrUtils.h"
 
@@ -23,18 +24,6 @@ namespace {
 
 std::string ErrnoText(int err) {
     return std::strerror(err);
-}
-
-// Writes all of data to fd; false on any error.
-bool WriteAll(int fd, const std::string& data) {
-    size_t done = 0;
-    while (done < data.size()) {
-        const ssize_t n = ::write(fd, data.data() + done, data.size() - done);
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) return false;
-        done += static_cast<size_t>(n);
-    }
-    return true;
 }
 
 } // namespace

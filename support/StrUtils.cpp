@@ -106,6 +106,11 @@ size_t Pos(std::string_view needle, std::string_view s) {
     return p == std::string_view::npos ? 0 : p + 1;
 }
 
+std::string_view Copy(std::string_view s, size_t Index, size_t Count) {
+    if (Index < 1 || Index > s.size()) return {};
+    return s.substr(Index - 1, Count);
+}
+
 std::string IntToStr(int64_t value) {
     return std::to_string(value);
 }

@@ -33,6 +33,9 @@ std::string ReplaceAll(std::string_view s, std::string_view from, std::string_vi
 
 // 1-based position of the first occurrence of needle in s, 0 when absent.
 size_t Pos(std::string_view needle, std::string_view s);
+// Count characters of s from 1-based position Index, clipped to the text (empty when Index is outside it).
+// A view into s: it lives as long as the text it was taken from.
+std::string_view Copy(std::string_view s, size_t Index, size_t Count);
 
 // Decimal conversions. StrToInt accepts an optional sign and decimal digits (and a "$"-prefixed hexadecimal
 // value, as the original runtime did) within 32 bits and raises EConvertError

@@ -7,14 +7,8 @@
 
 namespace {
 
-// Count characters from 1-based position Index, clipped to the text (empty when outside it).
-// Views, not copies: a notice carries dates in several fields and every one is read here.
-std::string_view Copy(std::string_view s, size_t Index, size_t Count) {
-    if (Index < 1 || Index > s.size()) return {};
-    return s.substr(Index - 1, Count);
-}
-
-// Everything from 1-based position Index to the end.
+// Everything from 1-based position Index to the end. Views, not copies: a notice carries dates in
+// several fields and every one is read here.
 std::string_view CopyFrom(std::string_view s, size_t Index) {
     return Copy(s, Index, std::string_view::npos);
 }

@@ -7,11 +7,6 @@
 
 namespace {
 
-std::string Copy(const std::string& s, size_t Index, size_t Count) {
-    if (Index < 1 || Index > s.size()) return std::string();
-    return s.substr(Index - 1, Count);
-}
-
 const char* const MonthWords = "jan feb mar apr may jun jul aug sep oct nov dec";
 
 } // namespace

@@ -49,21 +49,25 @@ TEST_F(ConfigPrompt, NoWithTheBoxCheckedStopsFurtherQuestionsAfterSave) {
 }
 
 TEST_F(ConfigPrompt, EachAdapterStateAsksItsOwnQuestion) {
-    // R/Vista configured: only Duskmere is left to ask about.
-    Cfg.SetAdapterLoadable("DuskMere", true);
-    Cfg.SetAdapterLoadable("R/Vista", true);
-    Cfg.SetAdapterConfigured("R/Vista", true);
-    Cfg.ConfigPrompt();
-    // Duskmere configured: R/Vista alone.
-    Cfg.SetAdapterConfigured("R/Vista", false);
-    Cfg.SetAdapterConfigured("DuskMere", true);
-    Cfg.ConfigPrompt();
-    // Duskmere not installed: R/Vista alone.
-    Cfg.SetAdapterConfigured("DuskMere", false);
-    Cfg.SetAdapterLoadable("DuskMere", false);
-    Cfg.ConfigPrompt();
-    EXPECT_EQ(Prompt.Questions, (std::vector<std::string>{DuskMereQuestion, RVistaQuestion, RVistaQuestion}));
-    EXPECT_TRUE(Cfg.AlwaysPrompt);
+    // All_Adapters counts every adapter as installed.
+    const struct {
+        bool DuskMereLoadable, DuskMereConfigured, RVistaLoadable, RVistaConfigured, AllAdapters;
+        const char* Question;
+    } cases[] = {{true, false, true, true, false, DuskMereQuestion},
+                 {true, true, true, false, false, RVistaQuestion},
+                 {false, false, true, false, false, RVistaQuestion},
+                 {false, false, false, true, true, DuskMereQuestion}};
+    for (const auto& c : cases) {
+        Prompt.Questions.clear();
+        Cfg.SetAdapterLoadable("DuskMere", c.DuskMereLoadable);
+        Cfg.SetAdapterConfigured("DuskMere", c.DuskMereConfigured);
+        Cfg.SetAdapterLoadable("R/Vista", c.RVistaLoadable);
+        Cfg.SetAdapterConfigured("R/Vista", c.RVistaConfigured);
+        Cfg.All_Adapters = c.AllAdapters;
+        Cfg.ConfigPrompt();
+        EXPECT_EQ(Prompt.Questions, std::vector<std::string>{c.Question}) << c.Question;
+        EXPECT_TRUE(Cfg.AlwaysPrompt);
+    }
 }
 
 TEST_F(ConfigPrompt, NothingIsAskedWhenNothingNeedsConfiguringOrPromptingIsOff) {
@@ -77,13 +81,6 @@ TEST_F(ConfigPrompt, NothingIsAskedWhenNothingNeedsConfiguringOrPromptingIsOff) 
     EXPECT_TRUE(Prompt.Questions.empty());
     EXPECT_EQ(Prompt.ConfigDialogs, 0);
     EXPECT_FALSE(Cfg.AlwaysPrompt);
-}
-
-TEST_F(ConfigPrompt, AllAdaptersCountsAsInstalled) {
-    Cfg.All_Adapters = true;
-    Cfg.SetAdapterConfigured("R/Vista", true);
-    Cfg.ConfigPrompt();
-    EXPECT_EQ(Prompt.Questions, std::vector<std::string>{DuskMereQuestion});
 }
 
 TEST(AdapterCfg, ReadsItsFlagsFromANameValueText) {

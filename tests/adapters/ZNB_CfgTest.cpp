@@ -167,15 +167,6 @@ TEST_F(ConfigStore, SaveMRUWritesOnlyThePreviousFilterAndDisplay) {
     EXPECT_EQ(back.ConnectDelay, 15);
 }
 
-TEST_F(ConfigStore, FolderIsReadBackWithOneTrailingSeparator) {
-    WriteTextFile(Ini(), "[Noticeboard]\nNBFolder=" + Folder.Path() + "nb\n");
-    TNBConfig cfg(Folder.Path());
-    cfg.Get();
-    EXPECT_EQ(cfg.NBFolder, Folder / "nb/");
-    EXPECT_TRUE(DirectoryExists(cfg.NBFolder));
-    EXPECT_EQ(cfg.LogFileName, Folder / "nb/znb.log");
-}
-
 TEST_F(ConfigStore, UnusableIniFilesReadAsDefaults) {
     const std::string garbage("\x01\xff\xfe[[[=\0\0==]\n\x80\x81 Count=oops\n[Noticeboard\nConnectDelay", 45);
     for (const std::string& text : {std::string(), garbage,
@@ -209,13 +200,4 @@ TEST_F(ConfigStore, FolderThatCannotBeCreatedIsReportedOnceAndReadingGoesOn) {
     EXPECT_FALSE(DirectoryExists(Folder / "missing"));
     EXPECT_EQ(cfg.ConnectDelay, 3);
     EXPECT_EQ(cfg.LogFileName, folder + "znb.log");
-}
-
-TEST_F(ConfigStore, LogFileNameFollowsTheGlobalConfiguration) {
-    NBConfig.reset();
-    EXPECT_EQ(NBLogFileName(), "");
-    NBConfig = std::make_unique<TNBConfig>(Folder.Path());
-    NBConfig->Get();
-    EXPECT_EQ(NBLogFileName(), Folder / "Noticeboard/znb.log");
-    NBConfig.reset();
 }

@@ -2,26 +2,14 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
-const char* const RVistaDefaults =
-    "internal=false;DLL_Name=ZNBA_RV;Configured=false;Enabled=false;Loadable=false;";
-
-} // namespace
-
-TEST(NameValueList, DecodeLowerCasesNamesAndLooksUpInAnyCase) {
+TEST(NameValueList, DecodeLowerCasesNamesAndEncodeIsAlphabeticalWithoutTrailingSeparator) {
     TName_Value_List list;
-    list.Decode_String(RVistaDefaults);
+    list.Decode_String("internal=false;DLL_Name=ZNBA_RV;Configured=false;Enabled=false;Loadable=false;");
     ASSERT_EQ(list.Count(), 5);
     EXPECT_EQ(list.Names(1), "dll_name");
     EXPECT_EQ(list.Look_Up_Value("DLL_Name"), "ZNBA_RV");
     EXPECT_EQ(list.Look_Up_Value("dll_NAME"), "ZNBA_RV");
     EXPECT_EQ(list.Look_Up_Value("missing"), "");
-}
-
-TEST(NameValueList, EncodeIsAlphabeticalWithoutTrailingSeparator) {
-    TName_Value_List list;
-    list.Decode_String(RVistaDefaults);
     std::string text = "stale";
     list.Encode_String(text);
     EXPECT_EQ(text, "configured=false;dll_name=ZNBA_RV;enabled=false;internal=false;loadable=false");
@@ -78,23 +66,19 @@ TEST(NameValueList, ListStaysSortedWhateverTheInsertionOrder) {
         EXPECT_EQ(list.Look_Up_Value(n).size(), std::string(n).size()) << n;
 }
 
-TEST(NameValueList, BooleansTestOnlyTheFirstLetter) {
+TEST(NameValueList, BooleansTestOnlyTheFirstLetterAndBadNumbersAreZero) {
     TName_Value_List list;
     list.Decode_String("a=true;b=True;c=t;d=Tx;e=yes;f=1;g=false;h=");
     for (const char* n : {"a", "b", "c", "d"})
         EXPECT_TRUE(list.Look_Up_Boolean(n)) << n;
     for (const char* n : {"e", "f", "g", "h", "missing"})
         EXPECT_FALSE(list.Look_Up_Boolean(n)) << n;
-}
 
-TEST(NameValueList, NumbersThatDoNotConvertGiveZero) {
-    TName_Value_List list;
-    list.Decode_String("a=12abc;b=-7;c=;d=2147483648");
-    EXPECT_EQ(list.Look_Up_Num("a"), 0);
-    EXPECT_EQ(list.Look_Up_Num("b"), -7);
-    EXPECT_EQ(list.Look_Up_Num("c"), 0);
-    EXPECT_EQ(list.Look_Up_Num("d"), 0);
-    EXPECT_EQ(list.Look_Up_Num("missing"), 0);
+    // Numbers that do not convert give zero.
+    list.Decode_String("n1=12abc;n2=-7;n3=;n4=2147483648");
+    EXPECT_EQ(list.Look_Up_Num("n2"), -7);
+    for (const char* n : {"n1", "n3", "n4", "missing"})
+        EXPECT_EQ(list.Look_Up_Num(n), 0) << n;
 }
 
 TEST(NameValueList, LongTextIsDecodedInOnePass) {

@@ -1,6 +1,7 @@
 #include "adapters/Znb_log.h"
 
 #include "TempFolder.h"
+#include "platform/FileLock.h"
 #include "support/DateUtils.h"
 #include "support/Exception.h"
 #include "support/StrUtils.h"
@@ -9,20 +10,71 @@
 
 #include <algorithm>
 #include <regex>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <vector>
 
 namespace {
+
+// A child process that locks the file, reports "locked", and on request unlocks and reports "released".
+class TLockingProcess {
+public:
+    explicit TLockingProcess(const std::string& fileName) {
+        if (::pipe(FToChild) != 0 || ::pipe(FFromChild) != 0) return;
+        FPid = ::fork();
+        if (FPid == 0) {
+            char c = 0;
+            {
+                TExclusiveFileLock lock(fileName);
+                c = lock.Locked() ? 'L' : 'E';
+                (void)!::write(FFromChild[1], &c, 1);
+                (void)!::read(FToChild[0], &c, 1);
+            }
+            c = 'R';
+            (void)!::write(FFromChild[1], &c, 1);
+            ::_exit(0);
+        }
+        char c = 0;
+        Locked = ::read(FFromChild[0], &c, 1) == 1 && c == 'L';
+    }
+    // Returns once the child has dropped the lock.
+    void Release() {
+        if (FReleased || FPid <= 0) return;
+        FReleased = true;
+        char c = 'x';
+        (void)!::write(FToChild[1], &c, 1);
+        (void)!::read(FFromChild[0], &c, 1);
+    }
+    ~TLockingProcess() {
+        Release();
+        if (FPid > 0) ::waitpid(FPid, nullptr, 0);
+        for (int fd : {FToChild[0], FToChild[1], FFromChild[0], FFromChild[1]})
+            if (fd >= 0) ::close(fd);
+    }
+    bool Locked = false;
+
+private:
+    int FToChild[2] = {-1, -1};
+    int FFromChild[2] = {-1, -1};
+    pid_t FPid = -1;
+    bool FReleased = false;
+};
+
+std::vector<int> Waits;
+TLockingProcess* ReleaseOnSecondWait = nullptr;
+
+void CountingSleep(int ms) {
+    Waits.push_back(ms);
+    if (ReleaseOnSecondWait && Waits.size() == 2) ReleaseOnSecondWait->Release();
+}
 
 // Restores the unit settings a test changes, and counts the retry loop's waits instead of sleeping.
 class LogTest : public ::testing::Test {
 protected:
     LogTest() {
-        Waits().clear();
-        OnWait() = nullptr;
-        Log_Sleep = [](int ms) {
-            Waits().push_back(ms);
-            if (OnWait()) OnWait()(static_cast<int>(Waits().size()));
-        };
+        Waits.clear();
+        ReleaseOnSecondWait = nullptr;
+        Log_Sleep = CountingSleep;
         Retry_Time = 5;
     }
     ~LogTest() override {
@@ -33,14 +85,7 @@ protected:
         Max_Retry_Count = FSavedRetries;
         Retry_Time = FSavedRetryTime;
         Log_Sleep = FSavedSleep;
-    }
-    static std::vector<int>& Waits() {
-        static std::vector<int> waits;
-        return waits;
-    }
-    static void (*&OnWait())(int) {
-        static void (*hook)(int) = nullptr;
-        return hook;
+        ReleaseOnSecondWait = nullptr;
     }
 
     TTempFolder Folder;
@@ -87,7 +132,7 @@ std::string NumberedLines(int count, const char* lineEnd) {
 TEST_F(LogTest, EmptyFileNameWritesNothingAndReturnsAtOnce) {
     ZS_Log("", "message");
     rvWriteFile("", "line");
-    EXPECT_TRUE(Waits().empty());
+    EXPECT_TRUE(Waits.empty());
 }
 
 TEST_F(LogTest, FirstLineCreatesTheFileWithShortDateLongTimeAndTwoBlanks) {
@@ -107,14 +152,14 @@ TEST_F(LogTest, FirstLineCreatesTheFileWithShortDateLongTimeAndTwoBlanks) {
     EXPECT_EQ(Log_Dated_Line("msg"), FormatDateTime("yyyy", Now()) + "  msg");
     rvWriteFile(log, "plain");
     EXPECT_EQ(ReadTextFile(log).substr(text.size()), "plain\n");
-    EXPECT_TRUE(Waits().empty());
+    EXPECT_TRUE(Waits.empty());
 }
 
 TEST_F(LogTest, WritesIntoAMissingFolderAreDroppedAfterEveryRetry) {
     Max_Retry_Count = 3;
     ZS_Log(Folder / "missing/znb.log", "lost");
-    ASSERT_EQ(Waits().size(), 3u); // a wait follows every failed attempt, the last one too
-    for (int ms : Waits()) {
+    ASSERT_EQ(Waits.size(), 3u); // a wait follows every failed attempt, the last one too
+    for (int ms : Waits) {
         EXPECT_GE(ms, 5);
         EXPECT_LE(ms, 5 + 499);
     }
@@ -190,5 +235,30 @@ TEST_F(LogTest, LogObjectAppendsWithoutRetries) {
     EXPECT_EQ(text.substr(0, 8), "old\none\n");
     EXPECT_EQ(text.substr(text.size() - 6), "  two\n");
     EXPECT_THROW(ZNB_Log_Obj(Folder / "missing/obj.log"), EInOutError);
-    EXPECT_TRUE(Waits().empty());
+    EXPECT_TRUE(Waits.empty());
+}
+
+TEST_F(LogTest, LineIsDroppedAfterEveryAttemptFoundTheFileLocked) {
+    const std::string log = Folder / "znb.log";
+    WriteTextFile(log, "before\n");
+    TLockingProcess other(log);
+    ASSERT_TRUE(other.Locked);
+    ZS_Log(log, "lost");
+    EXPECT_EQ(Waits.size(), 5u);
+    for (int ms : Waits) {
+        EXPECT_GE(ms, 5);
+        EXPECT_LT(ms, 5 + 500);
+    }
+    other.Release();
+    EXPECT_EQ(ReadTextFile(log), "before\n");
+}
+
+TEST_F(LogTest, LockReleasedDuringTheRetriesLetsTheLineThrough) {
+    const std::string log = Folder / "znb.log";
+    TLockingProcess other(log);
+    ASSERT_TRUE(other.Locked);
+    ReleaseOnSecondWait = &other;
+    rvWriteFile(log, "late");
+    EXPECT_EQ(Waits.size(), 2u);
+    EXPECT_EQ(ReadTextFile(log), "late\n");
 }

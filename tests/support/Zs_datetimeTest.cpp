@@ -158,15 +158,16 @@ TEST(LocaleDates, SeparatorsAreAsciiPunctuationOutsideQuotedWords) {
 }
 
 TEST(TimeUnits, UnitWordsAreMatchedByFragmentInFixedOrder) {
-    EXPECT_EQ(rvTimeUnitToSeconds(2, "Minutes"), 120);
-    EXPECT_EQ(rvTimeUnitToSeconds(3, "fortnight"), 0);
-    EXPECT_EQ(rvTimeUnitToSeconds(5, "SECONDS"), 5);
-    EXPECT_EQ(rvTimeUnitToSeconds(1, "minutes and seconds"), 1); // "sec" is looked for first
-    EXPECT_EQ(rvTimeUnitToSeconds(2, "hours"), 7200);
-    EXPECT_EQ(rvTimeUnitToSeconds(1, "day"), 86400);
-    EXPECT_EQ(rvTimeUnitToSeconds(1, "weeks"), 604800);
-    EXPECT_EQ(rvTimeUnitToSeconds(1, "month"), 2419200); // 28 days
-    EXPECT_EQ(rvTimeUnitToSeconds(1, "Year"), 31536000); // 365 days
+    // "sec" is looked for first; a month is 28 days, a year 365.
+    const struct {
+        int32_t Count;
+        const char* Unit;
+        int32_t Seconds;
+    } cases[] = {{2, "Minutes", 120},  {3, "fortnight", 0},   {5, "SECONDS", 5},
+                 {2, "hours", 7200},   {1, "day", 86400},     {1, "minutes and seconds", 1},
+                 {1, "weeks", 604800}, {1, "month", 2419200}, {1, "Year", 31536000}};
+    for (const auto& c : cases)
+        EXPECT_EQ(rvTimeUnitToSeconds(c.Count, c.Unit), c.Seconds) << c.Unit;
 }
 
 TEST(TimeUnits, SecondsBecomeTheLargestWholeUnit) {
