@@ -5,7 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
-#include <sstream>
+#include <iterator>
 #include <sys/stat.h>
 
 namespace {
@@ -209,11 +209,22 @@ bool DirectoryExists(const std::string& dirName) {
     return !dirName.empty() && ::stat(dirName.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
+TFileRead ReadFileBytes(const std::string& fileName, std::string& bytes) {
+    std::ifstream file(fileName, std::ios::binary);
+    if (!file) return TFileRead::CannotOpen;
+    try {
+        bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
+    } catch (const std::exception&) { // a folder, a vanished file
+        file.setstate(std::ios::badbit);
+    }
+    if (!file.bad()) return TFileRead::Read;
+    bytes.clear();
+    return TFileRead::CannotRead;
+}
+
 bool ReadWholeFile(const std::string& fileName, std::string& bytes) {
-    std::ifstream in(fileName, std::ios::binary);
-    if (!in) return false;
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    bytes = buffer.str();
+    std::string read;
+    if (ReadFileBytes(fileName, read) == TFileRead::CannotOpen) return false;
+    bytes = std::move(read);
     return true;
 }

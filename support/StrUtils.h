@@ -53,5 +53,10 @@ std::string ExtractFileName(std::string_view fileName); // after the last separa
 std::string ExtractFileExt(std::string_view fileName);  // from the last '.' of the name part, or empty
 bool FileExists(const std::string& fileName);           // a regular file (or a link to one)
 bool DirectoryExists(const std::string& dirName);
-// The whole file, byte for byte, into bytes; false (bytes untouched) when it cannot be opened. Any thread.
+// Reads the whole of fileName into bytes as they are. CannotRead covers a folder or a file that vanished
+// while being read; bytes is then empty. Any thread.
+enum class TFileRead { Read, CannotOpen, CannotRead };
+TFileRead ReadFileBytes(const std::string& fileName, std::string& bytes);
+// The same for callers that only care whether the file could be opened: false (bytes untouched) when it
+// cannot; a folder or an unreadable file reads as empty.
 bool ReadWholeFile(const std::string& fileName, std::string& bytes);

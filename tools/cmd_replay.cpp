@@ -11,23 +11,11 @@
 #include "views/FilterApply.h"
 
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace {
-
-bool ReadWholeFile(const std::string& fileName, std::string& bytes) {
-    std::ifstream in(fileName, std::ios::binary);
-    if (!in) return false;
-    std::ostringstream buffer;
-    buffer << in.rdbuf();
-    bytes = buffer.str();
-    return true;
-}
 
 int Usage() {
     std::fprintf(

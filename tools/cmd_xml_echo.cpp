@@ -2,6 +2,7 @@
 // with the library's own writer. Adapter authors use it to check a message before sending it.
 #include "NbtoolCommand.h"
 
+#include "support/StrUtils.h"
 #include "xml/djlpXML.h"
 
 #include <cstdio>

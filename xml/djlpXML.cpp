@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <iterator>
 
 TXMLNode::TXMLNode(TXMLNode* Parent, std::string Name, const TXMLStrings* Properties)
     : FName(std::move(Name)) {
@@ -246,17 +245,6 @@ void TdjlpDOM::CreateRootNode() {
     auto root = std::make_unique<TXMLNode>(nullptr, "xml");
     root->SetValue("version", "1.0");
     FRootNode = std::move(root);
-}
-
-TFileRead ReadFileBytes(const std::string& FileName, std::string& Bytes) {
-    std::ifstream file(FileName, std::ios::binary);
-    if (!file) return TFileRead::CannotOpen;
-    try {
-        Bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    } catch (const std::exception&) { // a folder, a vanished file
-        file.setstate(std::ios::badbit);
-    }
-    return file.bad() ? TFileRead::CannotRead : TFileRead::Read;
 }
 
 void TdjlpDOM::LoadFromFile(const std::string& FileName) {

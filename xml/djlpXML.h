@@ -225,11 +225,6 @@ protected:
 std::string PercentEscape(std::string_view Text);
 std::string EncodeXMLName(const std::string& Name);
 
-// Reads the whole of FileName into Bytes as they are. CannotRead covers a folder or a file that vanished
-// while being read; Bytes is then unspecified. Any thread.
-enum class TFileRead { Read, CannotOpen, CannotRead };
-TFileRead ReadFileBytes(const std::string& FileName, std::string& Bytes);
-
 // The topmost ancestor of Node (Node itself when it has no parent).
 TXMLNode* GetRootNode(TXMLNode* Node);
 

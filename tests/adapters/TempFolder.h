@@ -1,10 +1,11 @@
 // A fresh folder under the system's temporary folder, removed with everything in it at the end of a test.
 #pragma once
 
+#include "support/StrUtils.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <string>
 
 class TTempFolder {
@@ -34,6 +35,7 @@ inline void WriteTextFile(const std::string& fileName, const std::string& text) 
 }
 
 inline std::string ReadTextFile(const std::string& fileName) {
-    std::ifstream in(fileName, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::string text;
+    ReadWholeFile(fileName, text);
+    return text;
 }
