@@ -37,6 +37,9 @@ class EListError : public Exception {
 public:
     using Exception::Exception;
     const char* ClassName() const noexcept override { return "EListError"; }
+    static EListError OutOfBounds(long long index) {
+        return EListError("List index out of bounds (" + std::to_string(index) + ")");
+    }
 };
 
 // A broken internal expectation, raised instead of going on with inconsistent state.

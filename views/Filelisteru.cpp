@@ -5,14 +5,6 @@
 
 #include <filesystem>
 
-namespace {
-
-[[noreturn]] void OutOfBounds(int index) {
-    throw EListError("List index out of bounds (" + std::to_string(index) + ")");
-}
-
-} // namespace
-
 bool MatchesFileMask(const std::string& name, const std::string& mask) {
     size_t n = 0, m = 0, starM = std::string::npos, starN = 0;
     while (n < name.size()) {
@@ -77,17 +69,17 @@ void TFIleLister::RefreshFileList() {
 }
 
 std::string TFIleLister::GetItem(int Index) const {
-    if (Index < 0 || Index >= static_cast<int>(Items.size())) OutOfBounds(Index);
+    if (Index < 0 || Index >= static_cast<int>(Items.size())) throw EListError::OutOfBounds(Index);
     return Items[static_cast<size_t>(Index)];
 }
 
 void TFIleLister::SetItem(int Index, const std::string& Text) {
-    if (Index < 0 || Index >= static_cast<int>(Items.size())) OutOfBounds(Index);
+    if (Index < 0 || Index >= static_cast<int>(Items.size())) throw EListError::OutOfBounds(Index);
     if (Items[static_cast<size_t>(Index)] != Text) Items[static_cast<size_t>(Index)] = Text;
 }
 
 std::string TFIleLister::GetFilename(int Index) const {
-    if (Index < 0 || Index >= static_cast<int>(FileNames.size())) OutOfBounds(Index);
+    if (Index < 0 || Index >= static_cast<int>(FileNames.size())) throw EListError::OutOfBounds(Index);
     return FileNames[static_cast<size_t>(Index)];
 }
 

@@ -2,21 +2,13 @@
 
 #include "support/StrUtils.h"
 
-namespace {
-
-[[noreturn]] void IndexError(int32_t Index) {
-    throw EListError("List index out of bounds (" + std::to_string(Index) + ")");
-}
-
-} // namespace
-
 const std::string& TXMLStrings::operator[](int32_t Index) const {
-    if (Index < 0 || Index >= FCount) IndexError(Index);
+    if (Index < 0 || Index >= FCount) throw EListError::OutOfBounds(Index);
     return Line(Index);
 }
 
 std::string& TXMLStrings::operator[](int32_t Index) {
-    if (Index < 0 || Index >= FCount) IndexError(Index);
+    if (Index < 0 || Index >= FCount) throw EListError::OutOfBounds(Index);
     return Line(Index);
 }
 
@@ -29,7 +21,7 @@ void TXMLStrings::Add(std::string Line) {
 }
 
 void TXMLStrings::Delete(int32_t Index) {
-    if (Index < 0 || Index >= FCount) IndexError(Index);
+    if (Index < 0 || Index >= FCount) throw EListError::OutOfBounds(Index);
     if (Index == 0) {
         if (!FMore.empty()) {
             FFirst = std::move(FMore.front());

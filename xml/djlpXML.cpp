@@ -142,8 +142,7 @@ void TXMLNode::Clear() {
 }
 
 TXMLNode* TXMLNode::GetChild(int32_t Index) const {
-    if (Index < 0 || Index >= GetChildCount())
-        throw EListError("List index out of bounds (" + std::to_string(Index) + ")");
+    if (Index < 0 || Index >= GetChildCount()) throw EListError::OutOfBounds(Index);
     return FChildren[static_cast<size_t>(Index)].Node;
 }
 
