@@ -1,0 +1,28 @@
+# The window layer: the windows and dialogs of every subsystem, each in that subsystem's ui/ folder, with
+# Designer forms (.ui) beside their classes and icons in resources/. It is a static library so that the
+# UI tests link windows directly; the package `noticeboard` is this library plus the engine plus the
+# exported entry points, and only the names listed in its version script leave it.
+set(NB_UI_FOLDERS core/ui views/ui adapters/ui reports/ui support/ui)
+set(NB_UI_SOURCES)
+foreach(folder ${NB_UI_FOLDERS})
+  file(GLOB found CONFIGURE_DEPENDS
+    ${CMAKE_SOURCE_DIR}/${folder}/*.cpp ${CMAKE_SOURCE_DIR}/${folder}/*.h ${CMAKE_SOURCE_DIR}/${folder}/*.ui)
+  list(APPEND NB_UI_SOURCES ${found})
+endforeach()
+file(GLOB NB_UI_RESOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*.qrc)
+
+add_library(nbui STATIC ${NB_UI_SOURCES} ${NB_UI_RESOURCES})
+set_target_properties(nbui PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+target_include_directories(nbui PUBLIC ${CMAKE_SOURCE_DIR})
+target_link_libraries(nbui PUBLIC nbengine Qt6::Widgets Qt6::PrintSupport Qt6::Svg)
+
+# The package: a real plug-in of a host console, loaded through the platform loader as "noticeboard".
+file(GLOB NB_PACKAGE_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/core/ui/package/*.cpp)
+if(NB_PACKAGE_SOURCES)
+  set(NB_PACKAGE_MAP ${CMAKE_SOURCE_DIR}/core/ui/package/noticeboard.map)
+  add_library(noticeboard SHARED ${NB_PACKAGE_SOURCES})
+  target_link_libraries(noticeboard PRIVATE nbui)
+  set_target_properties(noticeboard PROPERTIES PREFIX "" AUTOMOC ON
+                        LINK_DEPENDS ${NB_PACKAGE_MAP})
+  target_link_options(noticeboard PRIVATE -Wl,--version-script=${NB_PACKAGE_MAP} -Wl,--no-undefined)
+endif()
