@@ -79,14 +79,15 @@ std::string DemoIsoNow() {
     return DemoIsoTime(std::time(nullptr));
 }
 
-TDemoEstate::TDemoEstate(uint32_t seed) : FRandom(seed) {}
+TDemoEstate::TDemoEstate(uint32_t seed, std::string SourceType)
+    : FRandom(seed), FSourceType(std::move(SourceType)) {}
 
 std::string TDemoEstate::NoticeXml(const char* command, const TEvent& e, bool full) const {
     std::string x = "<Notice>" + Element("Command", command) + Element("adpt_id", "DEMO") +
                     Element("adpt_orig_key", DemoXmlEncode(e.Key));
     if (full) {
         const int32_t s = e.Severity;
-        x += Element("adpt_orig_server", DemoXmlEncode(e.Server)) + Element("adpt_source_type", "demo") +
+        x += Element("adpt_orig_server", DemoXmlEncode(e.Server)) + Element("adpt_source_type", DemoXmlEncode(FSourceType)) +
              Element("adpt_source_id", DemoXmlEncode(e.SourceId)) +
              Element("note_summary", DemoXmlEncode(e.Summary)) + Element("note_text", DemoXmlEncode(e.Text)) +
              Element("note_raised_date", e.FirstRaised) + Element("note_last_raised_date", e.LastRaised) +

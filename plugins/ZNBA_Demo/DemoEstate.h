@@ -11,7 +11,9 @@
 
 class TDemoEstate {
 public:
-    explicit TDemoEstate(uint32_t seed);
+    // SourceType: the adpt_source_type of every notice, which decides the adapter the board hands the
+    // user's acknowledgements and deletions to (the demo can play any configured product).
+    explicit TDemoEstate(uint32_t seed, std::string SourceType = "demo");
 
     // One step of the simulation: a message (NoticeList inside NoticeMessage) with one to three notices
     // ("post" of a new event, "post" of a repeat with a higher count and a later last-raised date, or
@@ -40,6 +42,7 @@ private:
     const TEvent* FindByCode(const std::string& code, const char* prefix) const;
 
     std::mt19937 FRandom;
+    std::string FSourceType;
     std::map<std::string, TEvent> FLive; // by originator key
     int32_t FRaised = 0;
     int32_t FSerial = 0;

@@ -6,6 +6,8 @@
 // Settings (environment, read at connect):
 //   ZNBA_DEMO_INTERVAL_MS  milliseconds between two simulation steps (default 4000, at least 10)
 //   ZNBA_DEMO_SEED         seed of the simulation, for repeatable runs (default: from the clock)
+//   ZNBA_DEMO_SOURCE_TYPE  adpt_source_type of the notices (default "demo"); "R/Vista" makes the demo play
+//                          that product, whose notices the board lets the user acknowledge
 #include "DemoEstate.h"
 #include "znb_adapter.h"
 
@@ -115,7 +117,9 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char*, int32_t, ZNA_Mutex, ZNA_Not
     if (gDemo.Connected) return ZNA_OK;
     gDemo.Interval = std::chrono::milliseconds(std::max(10L, EnvNumber("ZNBA_DEMO_INTERVAL_MS", 4000)));
     const long seed = EnvNumber("ZNBA_DEMO_SEED", static_cast<long>(std::time(nullptr)));
-    gDemo.Estate = std::make_unique<TDemoEstate>(static_cast<uint32_t>(seed));
+    const char* sourceType = std::getenv("ZNBA_DEMO_SOURCE_TYPE");
+    gDemo.Estate = std::make_unique<TDemoEstate>(static_cast<uint32_t>(seed),
+                                                 sourceType && *sourceType ? sourceType : "demo");
     gDemo.Callback = callback;
     gDemo.Stop = false;
     gDemo.Replies.clear();

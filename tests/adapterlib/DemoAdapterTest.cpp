@@ -170,3 +170,12 @@ TEST(DemoEstate, RepeatedPostCarriesAHigherCountAndALaterLastRaisedDate) {
     EXPECT_EQ(estate.Delete("DEL-" + key), "");
     EXPECT_EQ(estate.Acknowledge("DEL-" + live.rbegin()->first), "");
 }
+
+// Playing another product: every full notice names it as its source type (escaped like any text), so the
+// board routes the user's acknowledgements to the adapter registered under that name.
+TEST(DemoEstate, NoticesCarryTheSourceTypeItPlays) {
+    TDemoEstate estate(7, "R/Vista & co");
+    const std::string xml = estate.Tick();
+    EXPECT_NE(xml.find("<adpt_source_type>R/Vista &amp; co</adpt_source_type>"), std::string::npos) << xml;
+    EXPECT_EQ(xml.find("<adpt_source_type>demo</adpt_source_type>"), std::string::npos);
+}
