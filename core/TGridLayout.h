@@ -55,16 +55,17 @@ public:
 
     // Repairs a layout read from a file or built by hand: positions become a permutation of 0..17 (keeping
     // their relative order, ties by column-table order), sort and group indexes become dense (0, 1, ...) in
-    // their relative order, a column with an index but no direction is not sorted, widths are limited to
-    // 0..MaxWidth.
+    // their relative order, a column with an index but no direction is not sorted, a direction without an
+    // index sorts after the indexed columns, a grouped column takes no sort index (its direction orders its
+    // groups), widths are limited to 0..MaxWidth.
     void Normalize();
     static constexpr int32_t MaxWidth = 4000;
 
     // Writes the layout into Section (erased first), one key per field (documented in docs/).
     void SaveToIni(TIniFile& Ini, const std::string& Section) const;
     // Reads what Section says and keeps the rest as it is: a missing section or key, an unknown field
-    // name or a value that does not parse changes nothing for that column; the result is normalised.
-    // Never throws for bad content.
+    // name or a part of a value that does not parse changes nothing for that column or setting; a field
+    // named twice takes its last value; the result is normalised. Never throws for bad content.
     void LoadFromIni(const TIniFile& Ini, const std::string& Section);
 
     bool operator==(const TGridLayout&) const = default;
