@@ -76,15 +76,6 @@ private slots:
         }
     }
 
-    void ConfigDialogOpensOnlyOnceInstalled() {
-        TQtPrompt prompt(nullptr);
-        prompt.ShowConfigDialog(); // nothing installed: nothing happens
-        int opened = 0;
-        prompt.SetConfigDialogOpener([&] { ++opened; });
-        prompt.ShowConfigDialog();
-        QCOMPARE(opened, 1);
-    }
-
     // The configuration's question about unconfigured adapters, answered on screen: Yes opens the
     // configuration dialog, and the ticked box stops the question for good.
     void AdapterQuestionThroughTheForm() {

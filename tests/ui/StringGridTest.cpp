@@ -1,5 +1,5 @@
-// The string grid under the summary window: cells kept outside the counts, widths across count changes,
-// header-like fixed cells that cannot be selected, and that ordinary cells are still painted after them.
+// The string grid under the summary window: cells kept outside the counts, and ordinary cells still
+// painted after the header-like fixed ones.
 #include "support/ui/StringGrid.h"
 
 #include <QtTest>
@@ -23,35 +23,6 @@ private slots:
         grid.SetRowCount(5);
         QCOMPARE(grid.Cell(3, 4), QStringLiteral("kept"));
         QCOMPARE(grid.Cell(0, 0), QString());
-    }
-
-    void WidthsSurviveCountChangesAndClearing() {
-        TStringGrid grid;
-        grid.SetDefaultColWidth(100);
-        grid.SetDefaultRowHeight(22);
-        grid.SetColCount(3);
-        grid.SetRowCount(3);
-        grid.SetColWidthsText("40, 50");
-        QCOMPARE(grid.ColWidthsText(), QStringLiteral("40,50,100"));
-        grid.SetColCount(4);
-        QCOMPARE(grid.ColWidthsText(), QStringLiteral("40,50,100,100"));
-        grid.SetCell(0, 0, "x");
-        grid.ClearCells();
-        QCOMPARE(grid.Cell(0, 0), QString());
-        QCOMPARE(grid.ColWidthsText(), QStringLiteral("40,50,100,100"));
-        QCOMPARE(grid.rowHeight(2), 22);
-    }
-
-    void FixedCellsAreNotSelectable() {
-        TStringGrid grid;
-        grid.SetColCount(3);
-        grid.SetRowCount(3);
-        grid.SetFixedCols(1);
-        grid.SetFixedRows(1);
-        QAbstractItemModel* m = grid.model();
-        QVERIFY(!(m->flags(m->index(0, 2)) & Qt::ItemIsSelectable));
-        QVERIFY(!(m->flags(m->index(2, 0)) & Qt::ItemIsSelectable));
-        QVERIFY(m->flags(m->index(1, 1)) & Qt::ItemIsSelectable);
     }
 
     // Regression: the header drawing of a fixed cell once left a clip behind that blanked every cell

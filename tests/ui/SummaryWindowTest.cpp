@@ -123,6 +123,7 @@ private slots:
         QTest::mouseClick(form->findChild<QPushButton*>("BB_Update"), Qt::LeftButton);
         for (int r = 0; r < 5; ++r)
             QCOMPARE(RowText(form->Grid(), r), QStringLiteral("||||"));
+        QCOMPARE(form->Grid()->ColWidthsText(), QStringLiteral("100,57,55,52,52")); // emptied, not reset
     }
 
     void ClosingFreesTheWindow() {
