@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstring>
 #include <dlfcn.h>
+#include <link.h>
 #include <sys/stat.h>
 
 namespace {
@@ -93,6 +94,18 @@ void* GetProcAddress(TLibHandle library, const std::string& name) {
     }
     SetLastError(0, std::string());
     return p;
+}
+
+std::string LibraryFileName(TLibHandle library) {
+    if (!library) return std::string();
+    // dlinfo's link map names the file behind this very handle, even when the same name could resolve
+    // to another file now.
+    struct link_map* map = nullptr;
+    if (::dlinfo(library, RTLD_DI_LINKMAP, &map) != 0 || !map || !map->l_name) {
+        ::dlerror(); // the caller's last error stays as it was
+        return std::string();
+    }
+    return map->l_name;
 }
 
 bool FreeLibrary(TLibHandle library) {

@@ -24,6 +24,11 @@ TLibHandle PvLoadLib(const std::string& name);
 // The address is valid until the library is released.
 void* GetProcAddress(TLibHandle library, const std::string& name);
 
+// The file an open library was loaded from, as the system loader resolved it (an absolute path when it
+// was opened by path, else what the loader found); empty for a null or unknown handle. The library stays
+// open; the last error is not touched.
+std::string LibraryFileName(TLibHandle library);
+
 // Releases a library opened by PvLoadLib. Returns false with the last error set when the system refused.
 bool FreeLibrary(TLibHandle library);
 

@@ -6,7 +6,8 @@
 //   void        ZNBA_Test_SetState(int32_t)   the state ZNA_Status reports (default 2)
 // The first disconnect after a connect records the value of the board's start-up mutex, so a board that
 // closed the mutex before disconnecting its adapters is caught.
-// Compile-time switches turn it into the faulty variants the loader must cope with.
+// Compile-time switches turn it into the faulty variants the loader, the start-up and the configuration
+// dialog must cope with.
 #include "znb_adapter.h"
 
 #include <algorithm>
@@ -51,14 +52,20 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Get_Info(void) {
 }
 #endif
 
+#ifndef ZNBA_TEST_OMIT_SET_CONFIG
 ZNA_EXPORT int32_t ZNA_CALL ZNA_Set_Config(intptr_t owner_window, const char* adapter_name,
                                            const char* folder, int32_t folder_size, const char* config,
                                            int32_t config_size) {
     Record("Set_Config " + std::to_string(owner_window) + " " + Text(adapter_name, 0) + " " +
            Text(folder, folder_size) + " " + Text(config, config_size));
     MaybeThrow("ZNA_Set_Config");
+#ifdef ZNBA_TEST_SET_CONFIG_RESULT
+    return ZNBA_TEST_SET_CONFIG_RESULT;
+#else
     return ZNA_OK;
+#endif
 }
+#endif
 
 ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char* folder, int32_t folder_size, ZNA_Mutex mutex,
                                         ZNA_Notice_Callback callback) {
@@ -96,6 +103,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Disconnect(void) {
 #endif
 }
 
+#ifndef ZNBA_TEST_OMIT_STATUS
 ZNA_EXPORT int32_t ZNA_CALL ZNA_Status(int32_t* state, char* info, int32_t* info_size) {
     Record(std::string("Status ") + (info ? "buffer/" : "(null)/") +
            std::to_string(info_size ? *info_size : -1));
@@ -105,6 +113,15 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Status(int32_t* state, char* info, int32_t* info
     static int32_t calls = 0;
     *state = 77;
     return 12345 + calls++;
+#elif defined(ZNBA_TEST_STATUS_OVERFLOW)
+    // Every byte of the buffer used and no NUL written, and a size claimed that is twice the buffer's.
+    *state = gState;
+    if (info && info_size && *info_size > 0) {
+        for (int32_t i = 0; i < *info_size; ++i)
+            info[i] = static_cast<char>('A' + i % 26);
+        *info_size *= 2;
+    }
+    return ZNA_OK;
 #else
     *state = gState;
     if (info && info_size && *info_size > 0) {
@@ -116,6 +133,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Status(int32_t* state, char* info, int32_t* info
     return ZNA_OK;
 #endif
 }
+#endif
 
 ZNA_EXPORT int32_t ZNA_CALL ZNA_Acknowledge_Note(const char* adpt_id, int32_t adpt_id_size, const char* code,
                                                  int32_t code_size) {

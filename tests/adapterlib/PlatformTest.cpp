@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <thread>
 #include <unistd.h>
 
@@ -32,8 +33,14 @@ TEST(LibraryLoader, OpensByBareNameDllNameOrFullPath) {
         EXPECT_NE(GetProcAddress(h, "ZNA_Connect"), nullptr);
         EXPECT_EQ(GetProcAddress(h, "ZNA_NoSuchEntry"), nullptr);
         EXPECT_NE(GetLastError(), 0);
+        // Every spelling ends at the one file in the plug-in folder, and the handle says which file that is.
+        EXPECT_TRUE(std::filesystem::equivalent(LibraryFileName(h),
+                                                std::string(NB_PLUGIN_DIR) + "/ZNBA_TestRecorder.so"))
+            << LibraryFileName(h);
+        EXPECT_NE(GetLastError(), 0); // asking for the file name leaves the last error alone
         EXPECT_TRUE(FreeLibrary(h));
     }
+    EXPECT_EQ(LibraryFileName(nullptr), "");
 }
 
 TEST(LibraryLoader, LastErrorBelongsToTheCallingThread) {

@@ -3,6 +3,7 @@
 
 #include "support/NBPrompt.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,10 @@ public:
         dontShowAgain = CheckDontShowAgain;
         return AnswerYes;
     }
-    void ShowConfigDialog() override { ++ConfigDialogs; }
+    void ShowConfigDialog() override {
+        ++ConfigDialogs;
+        if (OnConfigDialog) OnConfigDialog();
+    }
 
     bool AnswerYes = false;
     bool CheckDontShowAgain = false;
@@ -34,6 +38,7 @@ public:
     std::vector<TMsgDlgType> MessageTypes;
     std::vector<std::string> Questions;
     int ConfigDialogs = 0;
+    std::function<void()> OnConfigDialog; // e.g. a window test opening the real dialog
 
 private:
     INBPrompt* FPrevious = nullptr;
