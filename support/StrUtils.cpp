@@ -81,23 +81,33 @@ bool StartsText(std::string_view prefix, std::string_view s) {
 }
 
 std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to, bool ignoreCase) {
-    if (from.empty()) return std::string(s);
+    if (from.empty() || from.size() > s.size()) return std::string(s);
+    // Candidates are found by their first character (both cases when ignoring case) with find, which is
+    // memchr, so a long text with few matches is copied in large pieces: the report fills templates with
+    // tens of megabytes of rows.
+    const char lower = LowerChar(from[0]);
+    const char upper = UpCase(from[0]);
+    const bool twoCases = ignoreCase && lower != upper;
+    const char first = ignoreCase ? lower : from[0];
+    size_t nextLower = s.find(first), nextUpper = twoCases ? s.find(upper) : std::string_view::npos;
     std::string out;
     out.reserve(s.size());
-    size_t i = 0;
-    while (i < s.size()) {
-        bool match = i + from.size() <= s.size();
-        if (match) {
-            std::string_view part = s.substr(i, from.size());
-            match = ignoreCase ? SameText(part, from) : part == from;
-        }
-        if (match) {
+    size_t copied = 0, i = 0;
+    while (true) {
+        if (nextLower < i) nextLower = s.find(first, i);
+        if (twoCases && nextUpper < i) nextUpper = s.find(upper, i);
+        const size_t p = nextLower < nextUpper ? nextLower : nextUpper;
+        if (p == std::string_view::npos || p + from.size() > s.size()) break;
+        const std::string_view part = s.substr(p, from.size());
+        if (ignoreCase ? SameText(part, from) : part == from) {
+            out.append(s.substr(copied, p - copied));
             out.append(to);
-            i += from.size();
+            copied = i = p + from.size();
         } else {
-            out.push_back(s[i++]);
+            i = p + 1;
         }
     }
+    out.append(s.substr(copied));
     return out;
 }
 
