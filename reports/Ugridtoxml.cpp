@@ -5,6 +5,7 @@
 #include "core/Znb_xml.h"
 #include "support/StrUtils.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace {
@@ -26,23 +27,33 @@ std::string EmptyElements(const std::vector<std::string>& Names) {
     return JoinLines(Names, [](const std::string& name) { return "<" + name + "/>"; });
 }
 
-// Widths of values followed by three blanks, each distinct value measured once when caching.
+// Widths of one column's values followed by three blanks. Each distinct value is measured once while the
+// column's values repeat (source, severity, count ...); a column whose first values are nearly all
+// different (summaries, dates) is measured directly, as keeping its texts costs more than measuring them.
 class TValueWidths {
 public:
-    TValueWidths(ITextMeasurer& Measurer, bool Cache) : FMeasurer(Measurer), FCache(Cache) {}
+    TValueWidths(ITextMeasurer& Measurer, bool Cache) : FMeasurer(&Measurer), FCache(Cache) {}
 
     int Width(const std::string& Value) {
-        if (!FCache) return FMeasurer.TextWidth(Value + std::string(ThreeBlanks));
+        if (FCache && ++FLookups == TrialLookups && FWidths.size() > TrialLookups / 2) {
+            FCache = false;
+            FWidths = {};
+        }
+        if (!FCache) return Measure(Value);
         const auto found = FWidths.find(Value);
         if (found != FWidths.end()) return found->second;
-        const int width = FMeasurer.TextWidth(Value + std::string(ThreeBlanks));
+        const int width = Measure(Value);
         FWidths.emplace(Value, width);
         return width;
     }
 
 private:
-    ITextMeasurer& FMeasurer;
+    int Measure(const std::string& Value) { return FMeasurer->TextWidth(Value + std::string(ThreeBlanks)); }
+
+    static constexpr size_t TrialLookups = 1024;
+    ITextMeasurer* FMeasurer;
     bool FCache;
+    size_t FLookups = 0;
     std::unordered_map<std::string, int> FWidths;
 };
 
@@ -124,27 +135,35 @@ void TPrintColumnsDefinition::initializeFromGrid(IReportGrid& Grid, bool Selecte
             columns.push_back(std::move(column));
         }
 
-    TValueWidths valueWidths(Measurer, CacheTextWidths);
+    std::vector<TValueWidths> valueWidths(columns.size(), TValueWidths(Measurer, CacheTextWidths));
     std::string row;
     const auto buildRow = [&](int32_t Id, const auto& ValueOf) {
         row.assign("<row id=\"");
         row += IntToStr(Id);
         row += "\" ";
-        for (const TRowColumn& column : columns) {
+        for (size_t c = 0; c < columns.size(); ++c) {
+            const TRowColumn& column = columns[c];
             const std::string value = ValueOf(column.Field);
             row += ' ';
             row += column.Name;
             row += "=\"";
             row += XML_Encode(value);
             row += '"';
-            const int width = valueWidths.Width(value);
+            const int width = valueWidths[c].Width(value);
             if (widths[column.WidthEntry] < width) {
                 widths[column.WidthEntry] = width;
                 ColumnProps[column.WidthEntry].second = IntToStr(width);
             }
         }
         row += "/>";
-        if (!XmlData.empty()) XmlData += CRLF;
+        if (XmlData.empty()) {
+            // Room for as many rows as the dataset holds, each about as long as the first: the rows of a
+            // large grid are then not copied again and again as the text grows.
+            XmlData.reserve(size_t(std::max(Grid.DataSet().RecordCount(), 1)) * (row.size() + CRLF.size()) *
+                            5 / 4);
+        } else {
+            XmlData += CRLF;
+        }
         XmlData += row;
     };
 
@@ -187,7 +206,10 @@ std::string TPrintColumnsDefinition::initializeXMLTemplate(const std::string& Te
                           "<GroupByFields>" + getSelectedGroupBy() + "</GroupByFields>", true);
     }
     text = ReplaceAll(text, ":xml_data", XmlData, true);
-    return ReplaceAll(text, ":report_title", ReportTitle, true);
+    // The rows make this text large; it is copied again only when it holds the last placeholder.
+    if (FindText(text, ":report_title") != std::string::npos)
+        text = ReplaceAll(text, ":report_title", ReportTitle, true);
+    return text;
 }
 
 std::string TPrintColumnsDefinition::getFieldDefinitions() const {

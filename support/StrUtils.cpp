@@ -2,6 +2,7 @@
 
 #include "support/Exception.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -93,6 +94,7 @@ std::string ReplaceAll(std::string_view s, std::string_view from, std::string_vi
     std::string out;
     out.reserve(s.size());
     size_t copied = 0, i = 0;
+    const bool grows = to.size() > from.size();
     while (true) {
         if (nextLower < i) nextLower = s.find(first, i);
         if (twoCases && nextUpper < i) nextUpper = s.find(upper, i);
@@ -100,6 +102,9 @@ std::string ReplaceAll(std::string_view s, std::string_view from, std::string_vi
         if (p == std::string_view::npos || p + from.size() > s.size()) break;
         const std::string_view part = s.substr(p, from.size());
         if (ignoreCase ? SameText(part, from) : part == from) {
+            // Room for the rest of the text too, so a long replacement is not copied again when the rest
+            // is appended.
+            if (grows) out.reserve(out.size() + (p - copied) + to.size() + (s.size() - p - from.size()));
             out.append(s.substr(copied, p - copied));
             out.append(to);
             copied = i = p + from.size();
@@ -109,6 +114,19 @@ std::string ReplaceAll(std::string_view s, std::string_view from, std::string_vi
     }
     out.append(s.substr(copied));
     return out;
+}
+
+size_t FindText(std::string_view s, std::string_view needle, size_t from) {
+    if (needle.empty()) return from <= s.size() ? from : std::string_view::npos;
+    const char lower = LowerChar(needle[0]), upper = UpCase(needle[0]);
+    while (from + needle.size() <= s.size()) {
+        size_t p = s.find(lower, from);
+        if (upper != lower) p = std::min(p, s.find(upper, from));
+        if (p == std::string_view::npos || p + needle.size() > s.size()) break;
+        if (SameText(s.substr(p, needle.size()), needle)) return p;
+        from = p + 1;
+    }
+    return std::string_view::npos;
 }
 
 size_t Pos(std::string_view needle, std::string_view s) {

@@ -44,23 +44,23 @@ public:
             if (!usable) Code = NBR_ERR_NO_GUI;
             return;
         }
-        static char name[] = "XmlReportingNB", platformOption[] = "-platform", offscreen[] = "offscreen";
-        static char* fileArgs[] = {name, platformOption, offscreen, nullptr};
-        static char* dialogArgs[] = {name, nullptr};
+        // Qt takes the options it knows out of the array, so each application gets a fresh one.
         if (NeedDialog) {
             if (!HaveDisplay()) {
                 Code = NBR_ERR_NO_GUI;
                 return;
             }
             FArgc = 1;
-            FApp = std::make_unique<QApplication>(FArgc, dialogArgs);
+            FApp = std::make_unique<QApplication>(FArgc, FArgv);
         } else {
             FArgc = 3;
-            FApp = std::make_unique<QGuiApplication>(FArgc, fileArgs);
+            FApp = std::make_unique<QGuiApplication>(FArgc, FArgv);
         }
     }
 
 private:
+    char FName[15] = "XmlReportingNB", FPlatformOption[10] = "-platform", FOffscreen[10] = "offscreen";
+    char* FArgv[4] = {FName, FPlatformOption, FOffscreen, nullptr};
     int FArgc = 0;
     std::unique_ptr<QGuiApplication> FApp;
 };

@@ -33,6 +33,9 @@ TEST(StrUtils, ReplaceAllDoesNotRescanReplacedText) {
     EXPECT_EQ(ReplaceAll("Xx", "x", "y", true), "yy");
     EXPECT_EQ(ReplaceAll("Xx", "x", "y"), "Xy");
     EXPECT_EQ(ReplaceAll("ab", "abc", "z", true), "ab");
+    EXPECT_EQ(FindText("xTiTlE title", "title"), 1u);
+    EXPECT_EQ(FindText("xTiTlE title", "title", 2), 7u);
+    EXPECT_EQ(FindText("xtitl", "title"), std::string::npos);
 }
 
 TEST(StrUtils, FileNameParts) {
