@@ -17,8 +17,9 @@ private slots:
         QCOMPARE(measurer.TextWidth("Severity   "), 49);
         QCOMPARE(measurer.TextWidth("0123456789"), 60);
         // Summed advances stay within a rounding of Qt's own layout of the whole text.
-        std::vector<std::string> texts = {"Tablespace TS_17 on dbserver3 is 91% full   ", "21/11/2026 08:15:00   ",
-                                          "Disk <C:> & \"D:\" 'full' {x}|~   ", "Caf\xc3\xa9 \xe2\x82\xac 5   "};
+        std::vector<std::string> texts = {"Tablespace TS_17 on dbserver3 is 91% full   ",
+                                          "21/11/2026 08:15:00   ", "Disk <C:> & \"D:\" 'full' {x}|~   ",
+                                          "Caf\xc3\xa9 \xe2\x82\xac 5   "};
         for (const NoticeBdColRec& column : NoticeBdColumnArray)
             texts.push_back(std::string(column.Caption) + "   ");
         for (const std::string& text : texts) {
