@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view CRLF = "\r\n";
 constexpr std::string_view ThreeBlanks = "   ";
 
-// The text of each name in list, joined by CR LF (none after the last; an empty list gives "").
+// The line of each name, joined by CR LF (none after the last; an empty list gives "").
 template <class TLine> std::string JoinLines(const std::vector<std::string>& Names, TLine Line) {
     std::string text;
     for (const std::string& name : Names) {

@@ -54,8 +54,8 @@ public:
     // "<field>_caption", "<field>_width", "<field>_datatype" entries in the order they were appended.
     std::vector<std::pair<std::string, std::string>> ColumnProps;
     std::string XmlData; // the row elements, joined by CR LF
-    // Measure each distinct text once per initializeFromGrid (the measurer is the costly part); benchmarks
-    // turn it off to see what it saves.
+    // Measure each distinct text of a column once per initializeFromGrid while the column's values repeat
+    // (a costly measurer is then asked little); benchmarks turn it off to see what it saves.
     bool CacheTextWidths = true;
 
     // Fills all four members from the grid; Measurer gives the widths ("Arial"). In selected-rows mode the
