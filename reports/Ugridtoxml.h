@@ -54,8 +54,13 @@ public:
     // "<field>_caption", "<field>_width", "<field>_datatype" entries in the order they were appended.
     std::vector<std::pair<std::string, std::string>> ColumnProps;
     std::string XmlData; // the row elements, joined by CR LF
+    // Measure each distinct text of a column once per initializeFromGrid while the column's values repeat
+    // (a costly measurer is then asked little); benchmarks turn it off to see what it saves.
+    bool CacheTextWidths = true;
 
-    // Fills all four members from the grid; Measurer gives the widths ("Arial").
+    // Fills all four members from the grid; Measurer gives the widths ("Arial"). In selected-rows mode the
+    // dataset's current row moves and is put back, its controls disabled meanwhile, also when a dataset
+    // error (EDatabaseError) passes; a column bound to no notice field raises EDatabaseError.
     void initializeFromGrid(IReportGrid& Grid, bool SelectedOnly, ITextMeasurer& Measurer);
     // The template with its placeholders replaced, in the documented order.
     std::string initializeXMLTemplate(const std::string& Template, const std::string& ReportTitle) const;

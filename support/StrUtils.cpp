@@ -2,6 +2,7 @@
 
 #include "support/Exception.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -81,24 +82,51 @@ bool StartsText(std::string_view prefix, std::string_view s) {
 }
 
 std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to, bool ignoreCase) {
-    if (from.empty()) return std::string(s);
+    if (from.empty() || from.size() > s.size()) return std::string(s);
+    // Candidates are found by their first character (both cases when ignoring case) with find, which is
+    // memchr, so a long text with few matches is copied in large pieces: the report fills templates with
+    // tens of megabytes of rows.
+    const char lower = LowerChar(from[0]);
+    const char upper = UpCase(from[0]);
+    const bool twoCases = ignoreCase && lower != upper;
+    const char first = ignoreCase ? lower : from[0];
+    size_t nextLower = s.find(first), nextUpper = twoCases ? s.find(upper) : std::string_view::npos;
     std::string out;
     out.reserve(s.size());
-    size_t i = 0;
-    while (i < s.size()) {
-        bool match = i + from.size() <= s.size();
-        if (match) {
-            std::string_view part = s.substr(i, from.size());
-            match = ignoreCase ? SameText(part, from) : part == from;
-        }
-        if (match) {
+    size_t copied = 0, i = 0;
+    const bool grows = to.size() > from.size();
+    while (true) {
+        if (nextLower < i) nextLower = s.find(first, i);
+        if (twoCases && nextUpper < i) nextUpper = s.find(upper, i);
+        const size_t p = nextLower < nextUpper ? nextLower : nextUpper;
+        if (p == std::string_view::npos || p + from.size() > s.size()) break;
+        const std::string_view part = s.substr(p, from.size());
+        if (ignoreCase ? SameText(part, from) : part == from) {
+            // Room for the rest of the text too, so a long replacement is not copied again when the rest
+            // is appended.
+            if (grows) out.reserve(out.size() + (p - copied) + to.size() + (s.size() - p - from.size()));
+            out.append(s.substr(copied, p - copied));
             out.append(to);
-            i += from.size();
+            copied = i = p + from.size();
         } else {
-            out.push_back(s[i++]);
+            i = p + 1;
         }
     }
+    out.append(s.substr(copied));
     return out;
+}
+
+size_t FindText(std::string_view s, std::string_view needle, size_t from) {
+    if (needle.empty()) return from <= s.size() ? from : std::string_view::npos;
+    const char lower = LowerChar(needle[0]), upper = UpCase(needle[0]);
+    while (from + needle.size() <= s.size()) {
+        size_t p = s.find(lower, from);
+        if (upper != lower) p = std::min(p, s.find(upper, from));
+        if (p == std::string_view::npos || p + needle.size() > s.size()) break;
+        if (SameText(s.substr(p, needle.size()), needle)) return p;
+        from = p + 1;
+    }
+    return std::string_view::npos;
 }
 
 size_t Pos(std::string_view needle, std::string_view s) {

@@ -31,6 +31,9 @@ bool StartsText(std::string_view prefix, std::string_view s);
 std::string ReplaceAll(std::string_view s, std::string_view from, std::string_view to,
                        bool ignoreCase = false);
 
+// 0-based position of the first occurrence of needle in s at or after from, ignoring ASCII case; npos when
+// absent.
+size_t FindText(std::string_view s, std::string_view needle, size_t from = 0);
 // 1-based position of the first occurrence of needle in s, 0 when absent.
 size_t Pos(std::string_view needle, std::string_view s);
 // Count characters of s from 1-based position Index, clipped to the text (empty when Index is outside it).

@@ -27,6 +27,15 @@ TEST(StrUtils, ReplaceAllDoesNotRescanReplacedText) {
     EXPECT_EQ(ReplaceAll("a&b&", "&", "&amp;"), "a&amp;b&amp;");
     EXPECT_EQ(ReplaceAll("x&AMP;y", "&amp;", "&", true), "x&y");
     EXPECT_EQ(ReplaceAll("x&AMP;y", "&amp;", "&", false), "x&AMP;y");
+    // Candidates of either case, near misses, overlaps and a match at the very end.
+    EXPECT_EQ(ReplaceAll("tTitle tit TITLE", "title", "<>", true), "t<> tit <>");
+    EXPECT_EQ(ReplaceAll("aaa", "aa", "b"), "ba");
+    EXPECT_EQ(ReplaceAll("Xx", "x", "y", true), "yy");
+    EXPECT_EQ(ReplaceAll("Xx", "x", "y"), "Xy");
+    EXPECT_EQ(ReplaceAll("ab", "abc", "z", true), "ab");
+    EXPECT_EQ(FindText("xTiTlE title", "title"), 1u);
+    EXPECT_EQ(FindText("xTiTlE title", "title", 2), 7u);
+    EXPECT_EQ(FindText("xtitl", "title"), std::string::npos);
 }
 
 TEST(StrUtils, FileNameParts) {
