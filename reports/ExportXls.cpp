@@ -68,9 +68,11 @@ void WriteXls(TExportJob& Job, TExportFile& File) {
                     book.Text(col, text);
                 break;
             }
-            case TCellKind::Severity:
-                book.Text(col, Get_Severity_String(row->AsInteger(column.Field)));
+            case TCellKind::Severity: {
+                const std::string text = Get_Severity_String(row->AsInteger(column.Field));
+                if (!text.empty()) book.Text(col, text); // a number outside 1 to 4 shows nothing
                 break;
+            }
             case TCellKind::Integer:
                 book.Integer(col, row->AsInteger(column.Field));
                 break;

@@ -12,7 +12,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <sys/stat.h>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -37,19 +39,37 @@ public:
     lxw_workbook* Get() const { return FBook; }
     lxw_worksheet* AddSheet(const std::string& Name) {
         lxw_worksheet* sheet = workbook_add_worksheet(FBook, Name.c_str());
-        if (sheet) FSheets.push_back(sheet);
+        if (!sheet) return nullptr;
+        FSheets.push_back(sheet);
+        struct stat st {};
+        if (sheet->optimize_tmpfile && ::fstat(fileno(sheet->optimize_tmpfile), &st) == 0)
+            FRowFiles.push_back({fileno(sheet->optimize_tmpfile), st.st_dev, st.st_ino});
         return sheet;
     }
     // Writes the file and frees the workbook, also when writing fails.
     lxw_error Close() {
         lxw_workbook* book = FBook;
         FBook = nullptr;
-        return workbook_close(book);
+        const lxw_error error = workbook_close(book);
+        if (error == LXW_NO_ERROR) return error;
+        // When writing fails part way, the row files of the sheets not yet written stay open; their
+        // descriptors are closed here (still the same files: the library never reopens them).
+        for (const TRowFile& f : FRowFiles) {
+            struct stat st {};
+            if (::fstat(f.Fd, &st) == 0 && st.st_dev == f.Dev && st.st_ino == f.Ino) ::close(f.Fd);
+        }
+        return error;
     }
 
 private:
+    struct TRowFile {
+        int Fd;
+        dev_t Dev;
+        ino_t Ino;
+    };
     lxw_workbook* FBook;
     std::vector<lxw_worksheet*> FSheets;
+    std::vector<TRowFile> FRowFiles;
 };
 
 class TXlsxSheets {

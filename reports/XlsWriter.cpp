@@ -70,6 +70,7 @@ void TXlsWriter::FlushSstRecord(uint16_t NextType) {
     FFile.Write(FSst.Data(), FSst.Size());
     FSst.Clear();
     FSstType = NextType;
+    FFile.CheckSize();
 }
 
 void TXlsWriter::EndSharedStrings() {

@@ -56,6 +56,7 @@ TEST_P(ExportFailure, AMissingFolderIsAnErrorNamingTheFile) {
 // The temporary file is the full-disk device, so every write fails the way it does on a full disk.
 TEST_P(ExportFailure, AFullDiskLeavesTheOlderFileAndNoTemporaryFile) {
     WriteTextFile(Target(), "older");
+    const size_t descriptors = OpenDescriptors();
     TExportOptions options;
     options.MakeTemporary = [](std::string& Template) {
         Template.replace(Template.size() - 6, 6, "diskfull");
@@ -70,6 +71,7 @@ TEST_P(ExportFailure, AFullDiskLeavesTheOlderFileAndNoTemporaryFile) {
     }
     EXPECT_EQ(ReadTextFile(Target()), "older");
     EXPECT_EQ(FolderEntries(Folder.Path()), std::vector<std::string>{"notices" + std::string(GetParam())});
+    EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
 TEST_P(ExportFailure, ACancelLeavesTheOlderFileAndNoTemporaryFile) {
