@@ -18,6 +18,8 @@
 // returns the descriptor, or -1 with errno set. Tests put another file behind the name (a full disk).
 using TTemporaryFileMaker = std::function<int(std::string& Template)>;
 
+// Raise EExportError "Cannot create file <FileName>: <reason>", the reason being the system's text for
+// Errno or the given words.
 [[noreturn]] void RaiseExportError(const std::string& FileName, int Errno);
 [[noreturn]] void RaiseExportError(const std::string& FileName, const std::string& Reason);
 
