@@ -1,0 +1,2 @@
+# The reference writer measured beside ours: libxlsxwriter itself.
+target_link_libraries(${name} PRIVATE PkgConfig::XLSXWRITER)
