@@ -1,0 +1,519 @@
+// An order-statistics B+tree of row slots: a sequence of distinct slots in an order its user decides, with
+// the slot at a position and the position of a slot in O(log n), and insertion by comparison. Inner nodes
+// count the slots under each child. Leaves keep their ids for their life and a map from slot to leaf finds
+// a slot without comparing, so a row whose values are already gone can still be removed. Slots are plain
+// integers: a user that renumbers its rows can rewrite them with Assign.
+//
+// The grid's row order (TNoticeGridView) uses one; the capacities are parameters so that tests can make
+// every split and merge happen with a few dozen slots. A leaf or inner node holds at most Cap - 1 entries
+// (it splits when it fills), and at least a quarter of Cap unless it is the root.
+// Owned by its user; not thread-safe.
+#pragma once
+
+#include "core/TBlockVector.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+template <int LeafCap, int InnerCap> class TCountedSlotTree {
+    static_assert(LeafCap >= 4 && InnerCap >= 4, "nodes must split into non-empty halves");
+
+public:
+    TCountedSlotTree() { Clear(); }
+
+    int32_t Size() const { return FSize; }
+    bool Contains(int32_t slot) const { return slot >= 0 && slot < FLeafOf.Size() && FLeafOf[slot] != None; }
+
+    // The slot at a position, -1 outside 0..Size()-1.
+    int32_t At(int32_t pos) const {
+        if (pos < 0 || pos >= FSize) return -1;
+        uint32_t leaf = Descend(pos);
+        return FLeaves[leaf]->Slots[pos];
+    }
+
+    // Position of a slot, -1 when absent. O(height * InnerCap + LeafCap), no comparisons.
+    int32_t PositionOf(int32_t slot) const {
+        if (!Contains(slot)) return -1;
+        const uint32_t leaf = FLeafOf[slot];
+        int32_t pos = IndexInLeaf(leaf, slot);
+        uint32_t child = leaf;
+        for (uint32_t p = FLeaves[leaf]->Parent; p != None; child = p, p = FInners[p]->Parent) {
+            const TInner& in = *FInners[p];
+            for (int32_t i = 0; in.Child[i] != child; ++i)
+                pos += in.Sizes[i];
+        }
+        return pos;
+    }
+
+    // The slot before (Step -1) or after (Step +1) a present slot in the order, -1 at either end.
+    int32_t Neighbour(int32_t slot, int Step) const {
+        uint32_t leaf = FLeafOf[slot];
+        const int32_t i = IndexInLeaf(leaf, slot) + Step;
+        if (i >= 0 && i < FLeaves[leaf]->Count) return FLeaves[leaf]->Slots[i];
+        leaf = Step < 0 ? FLeaves[leaf]->Prev : FLeaves[leaf]->Next;
+        if (leaf == None) return -1;
+        return Step < 0 ? FLeaves[leaf]->Slots[FLeaves[leaf]->Count - 1] : FLeaves[leaf]->Slots[0];
+    }
+
+    // How many slots Before(slot) holds for, when it holds for a prefix of the sequence and for no slot
+    // after it: the position at which such a boundary lies. O(log n) calls of Before.
+    template <class F> int32_t Partition(F&& Before) const {
+        int32_t pos = 0;
+        uint32_t node = FRoot;
+        for (int level = FHeight; level > 0; --level) {
+            const TInner& in = *FInners[node];
+            const int32_t j = LastChildBefore(in, level, Before);
+            for (int32_t i = 0; i < j; ++i)
+                pos += in.Sizes[i];
+            node = in.Child[j];
+        }
+        return pos + CountBefore(*FLeaves[node], Before);
+    }
+
+    // Inserts a slot that is not present right after the slots Before(slot) holds for (a prefix).
+    template <class F> void Insert(int32_t slot, F&& Before) {
+        uint32_t node = FRoot;
+        for (int level = FHeight; level > 0; --level) {
+            TInner& in = *FInners[node];
+            const int32_t j = LastChildBefore(in, level, Before);
+            ++in.Sizes[j];
+            node = in.Child[j];
+        }
+        TLeaf& leaf = *FLeaves[node];
+        const int32_t i = CountBefore(leaf, Before);
+        std::memmove(leaf.Slots + i + 1, leaf.Slots + i, sizeof(int32_t) * size_t(leaf.Count - i));
+        leaf.Slots[i] = slot;
+        ++leaf.Count;
+        ++FSize;
+        MapSlot(slot, node);
+        if (leaf.Count == LeafCap) SplitLeaf(node);
+    }
+
+    // Removes a slot; nothing when it is absent.
+    void Erase(int32_t slot) {
+        if (!Contains(slot)) return;
+        const uint32_t id = FLeafOf[slot];
+        TLeaf& leaf = *FLeaves[id];
+        const int32_t i = IndexInLeaf(id, slot);
+        std::memmove(leaf.Slots + i, leaf.Slots + i + 1, sizeof(int32_t) * size_t(leaf.Count - i - 1));
+        --leaf.Count;
+        --FSize;
+        FLeafOf[slot] = None;
+        uint32_t child = id;
+        for (uint32_t p = leaf.Parent; p != None; child = p, p = FInners[p]->Parent)
+            --FInners[p]->Sizes[ChildIndex(*FInners[p], child)];
+        if (leaf.Parent != None && leaf.Count < MinLeaf) RebalanceLeaf(id);
+    }
+
+    // Replaces the contents by Count distinct slots in this order, in O(Count).
+    void Assign(const int32_t* Slots, int32_t Count) {
+        Clear();
+        if (Count == 0) return;
+        FreeLeaf(FRoot);
+        // Leaves and inner nodes are filled to 7/8 so that the first insertions do not split them all.
+        constexpr int32_t LeafFill = std::min(LeafCap - 1, std::max(MinLeaf * 2, LeafCap * 7 / 8));
+        const int32_t leafCount = (Count + LeafFill - 1) / LeafFill;
+        std::vector<uint32_t> level(static_cast<size_t>(leafCount));
+        std::vector<int32_t> sizes(level.size());
+        uint32_t prev = None;
+        for (int32_t l = 0, at = 0; l < leafCount; ++l) {
+            const int32_t n = Count / leafCount + (l < Count % leafCount ? 1 : 0);
+            const uint32_t id = NewLeaf();
+            TLeaf& leaf = *FLeaves[id];
+            std::memcpy(leaf.Slots, Slots + at, sizeof(int32_t) * size_t(n));
+            leaf.Count = n;
+            leaf.Prev = prev;
+            if (prev != None) FLeaves[prev]->Next = id;
+            prev = id;
+            for (int32_t i = 0; i < n; ++i)
+                MapSlot(Slots[at + i], id);
+            at += n;
+            level[size_t(l)] = id;
+            sizes[size_t(l)] = n;
+        }
+        FSize = Count;
+        FHeight = 0;
+        constexpr int32_t InnerFill = std::min(InnerCap - 1, std::max(MinInner * 2, InnerCap * 7 / 8));
+        while (level.size() > 1) {
+            ++FHeight;
+            const int32_t total = static_cast<int32_t>(level.size());
+            const int32_t groups = (total + InnerFill - 1) / InnerFill;
+            std::vector<uint32_t> up(static_cast<size_t>(groups));
+            std::vector<int32_t> upSizes(up.size(), 0);
+            for (int32_t g = 0, at = 0; g < groups; ++g) {
+                const int32_t n = total / groups + (g < total % groups ? 1 : 0);
+                const uint32_t id = NewInner();
+                TInner& in = *FInners[id];
+                for (int32_t i = 0; i < n; ++i) {
+                    in.Child[i] = level[size_t(at + i)];
+                    in.Sizes[i] = sizes[size_t(at + i)];
+                    upSizes[size_t(g)] += in.Sizes[i];
+                    SetParent(in.Child[i], FHeight - 1, id);
+                }
+                in.Count = n;
+                at += n;
+                up[size_t(g)] = id;
+            }
+            level.swap(up);
+            sizes.swap(upSizes);
+        }
+        FRoot = level[0];
+    }
+
+    void Clear() {
+        FLeaves.clear();
+        FFreeLeaves.clear();
+        FInners.clear();
+        FFreeInners.clear();
+        FLeafOf.Clear();
+        FSize = 0;
+        FHeight = 0;
+        FRoot = NewLeaf();
+    }
+
+    // Calls Visit(slot) for the slots from position Pos on, in order, until it returns false.
+    template <class F> void ForEachFrom(int32_t Pos, F&& Visit) const {
+        if (Pos < 0 || Pos >= FSize) return;
+        uint32_t leaf = Descend(Pos);
+        for (int32_t i = Pos; leaf != None; leaf = FLeaves[leaf]->Next, i = 0)
+            for (; i < FLeaves[leaf]->Count; ++i)
+                if (!Visit(FLeaves[leaf]->Slots[i])) return;
+    }
+
+    // Checks every structural rule (counts, parents, leaf chain, slot map); for tests.
+    bool Validate() const {
+        int32_t seen = 0;
+        uint32_t expectPrev = None;
+        if (!ValidateNode(FRoot, FHeight, None, seen, expectPrev)) return false;
+        if (seen != FSize || (expectPrev != None && FLeaves[expectPrev]->Next != None)) return false;
+        int32_t mapped = 0;
+        for (int32_t s = 0; s < FLeafOf.Size(); ++s)
+            if (FLeafOf[s] != None) ++mapped;
+        return mapped == FSize;
+    }
+
+private:
+    static constexpr uint32_t None = UINT32_MAX;
+    static constexpr int32_t MinLeaf = LeafCap / 4;
+    static constexpr int32_t MinInner = std::max(2, InnerCap / 4);
+
+    struct TLeaf {
+        int32_t Count = 0;
+        uint32_t Parent = None;
+        uint32_t Prev = None;
+        uint32_t Next = None;
+        int32_t Slots[LeafCap];
+    };
+    struct TInner {
+        int32_t Count = 0;
+        uint32_t Parent = None;
+        uint32_t Child[InnerCap]; // leaves when this node's level is 1, inner nodes above
+        int32_t Sizes[InnerCap];  // slots under each child
+    };
+
+    uint32_t NewLeaf() { return NewNode(FLeaves, FFreeLeaves); }
+    uint32_t NewInner() { return NewNode(FInners, FFreeInners); }
+    template <class T>
+    static uint32_t NewNode(std::vector<std::unique_ptr<T>>& pool, std::vector<uint32_t>& free) {
+        if (!free.empty()) {
+            const uint32_t id = free.back();
+            free.pop_back();
+            pool[id] = std::make_unique<T>();
+            return id;
+        }
+        pool.push_back(std::make_unique<T>());
+        return static_cast<uint32_t>(pool.size() - 1);
+    }
+    void FreeLeaf(uint32_t id) {
+        FLeaves[id].reset();
+        FFreeLeaves.push_back(id);
+    }
+    void FreeInner(uint32_t id) {
+        FInners[id].reset();
+        FFreeInners.push_back(id);
+    }
+
+    void MapSlot(int32_t slot, uint32_t leaf) {
+        while (FLeafOf.Size() <= slot)
+            FLeafOf.PushBack(uint32_t(None));
+        FLeafOf[slot] = leaf;
+    }
+    // Parent of a node of the given level (0 = leaf).
+    uint32_t& ParentOf(uint32_t node, int level) {
+        return level == 0 ? FLeaves[node]->Parent : FInners[node]->Parent;
+    }
+    void SetParent(uint32_t node, int level, uint32_t parent) { ParentOf(node, level) = parent; }
+
+    int32_t IndexInLeaf(uint32_t leaf, int32_t slot) const {
+        const TLeaf& l = *FLeaves[leaf];
+        return static_cast<int32_t>(std::find(l.Slots, l.Slots + l.Count, slot) - l.Slots);
+    }
+    static int32_t ChildIndex(const TInner& in, uint32_t child) {
+        return static_cast<int32_t>(std::find(in.Child, in.Child + in.Count, child) - in.Child);
+    }
+
+    // The leaf holding position pos; pos becomes the index within it.
+    uint32_t Descend(int32_t& pos) const {
+        uint32_t node = FRoot;
+        for (int level = FHeight; level > 0; --level) {
+            const TInner& in = *FInners[node];
+            int32_t i = 0;
+            while (pos >= in.Sizes[i]) {
+                pos -= in.Sizes[i];
+                ++i;
+            }
+            node = in.Child[i];
+        }
+        return node;
+    }
+
+    int32_t FirstSlot(uint32_t node, int level) const {
+        for (; level > 0; --level)
+            node = FInners[node]->Child[0];
+        return FLeaves[node]->Slots[0];
+    }
+    // The child in which the Before/not-Before boundary lies: the last whose first slot is Before (or 0).
+    template <class F> int32_t LastChildBefore(const TInner& in, int level, F& Before) const {
+        int32_t lo = 0, hi = in.Count; // child lo's first slot is Before (or lo is 0); hi's is not
+        while (hi - lo > 1) {
+            const int32_t mid = (lo + hi) / 2;
+            if (Before(FirstSlot(in.Child[mid], level - 1)))
+                lo = mid;
+            else
+                hi = mid;
+        }
+        return lo;
+    }
+    template <class F> static int32_t CountBefore(const TLeaf& leaf, F& Before) {
+        int32_t lo = 0, hi = leaf.Count;
+        while (lo < hi) {
+            const int32_t mid = (lo + hi) / 2;
+            if (Before(leaf.Slots[mid]))
+                lo = mid + 1;
+            else
+                hi = mid;
+        }
+        return lo;
+    }
+
+    // Puts Child (holding ChildSize slots) right after the child at index At of Parent, whose own size
+    // becomes LeftSize; splits Parent when that fills it.
+    void InsertChild(uint32_t parent, int32_t at, int32_t leftSize, uint32_t child, int32_t childSize,
+                     int childLevel) {
+        TInner& in = *FInners[parent];
+        const size_t tail = size_t(in.Count - at - 1);
+        std::memmove(in.Child + at + 2, in.Child + at + 1, sizeof(uint32_t) * tail);
+        std::memmove(in.Sizes + at + 2, in.Sizes + at + 1, sizeof(int32_t) * tail);
+        in.Sizes[at] = leftSize;
+        in.Child[at + 1] = child;
+        in.Sizes[at + 1] = childSize;
+        ++in.Count;
+        SetParent(child, childLevel, parent);
+        if (in.Count == InnerCap) SplitInner(parent, childLevel + 1);
+    }
+
+    // Gives a node that was split its new right sibling in the parent, making a new root when needed.
+    void LinkSplit(uint32_t left, int32_t leftSize, uint32_t right, int32_t rightSize, int level) {
+        const uint32_t parent = ParentOf(left, level);
+        if (parent == None) {
+            const uint32_t root = NewInner();
+            TInner& in = *FInners[root];
+            in.Count = 2;
+            in.Child[0] = left;
+            in.Child[1] = right;
+            in.Sizes[0] = leftSize;
+            in.Sizes[1] = rightSize;
+            SetParent(left, level, root);
+            SetParent(right, level, root);
+            FRoot = root;
+            ++FHeight;
+            return;
+        }
+        InsertChild(parent, ChildIndex(*FInners[parent], left), leftSize, right, rightSize, level);
+    }
+
+    void SplitLeaf(uint32_t id) {
+        const uint32_t rightId = NewLeaf();
+        TLeaf& left = *FLeaves[id];
+        TLeaf& right = *FLeaves[rightId];
+        const int32_t keep = left.Count / 2;
+        right.Count = left.Count - keep;
+        std::memcpy(right.Slots, left.Slots + keep, sizeof(int32_t) * size_t(right.Count));
+        left.Count = keep;
+        for (int32_t i = 0; i < right.Count; ++i)
+            FLeafOf[right.Slots[i]] = rightId;
+        right.Next = left.Next;
+        right.Prev = id;
+        if (left.Next != None) FLeaves[left.Next]->Prev = rightId;
+        left.Next = rightId;
+        LinkSplit(id, left.Count, rightId, right.Count, 0);
+    }
+
+    void SplitInner(uint32_t id, int level) {
+        const uint32_t rightId = NewInner();
+        TInner& left = *FInners[id];
+        TInner& right = *FInners[rightId];
+        const int32_t keep = left.Count / 2;
+        right.Count = left.Count - keep;
+        std::memcpy(right.Child, left.Child + keep, sizeof(uint32_t) * size_t(right.Count));
+        std::memcpy(right.Sizes, left.Sizes + keep, sizeof(int32_t) * size_t(right.Count));
+        left.Count = keep;
+        int32_t leftSize = 0, rightSize = 0;
+        for (int32_t i = 0; i < keep; ++i)
+            leftSize += left.Sizes[i];
+        for (int32_t i = 0; i < right.Count; ++i) {
+            rightSize += right.Sizes[i];
+            SetParent(right.Child[i], level - 1, rightId);
+        }
+        LinkSplit(id, leftSize, rightId, rightSize, level);
+    }
+
+    // Removes the child at index At from an inner node of the given level, then mends the node.
+    void RemoveChild(uint32_t parent, int32_t at, int level) {
+        TInner& in = *FInners[parent];
+        const size_t tail = size_t(in.Count - at - 1);
+        std::memmove(in.Child + at, in.Child + at + 1, sizeof(uint32_t) * tail);
+        std::memmove(in.Sizes + at, in.Sizes + at + 1, sizeof(int32_t) * tail);
+        --in.Count;
+        RebalanceInner(parent, level);
+    }
+
+    void RebalanceLeaf(uint32_t id) {
+        const uint32_t parent = FLeaves[id]->Parent;
+        TInner& p = *FInners[parent];
+        const int32_t at = ChildIndex(p, id);
+        const int32_t li = at + 1 < p.Count ? at : at - 1; // merge with the right sibling, else the left
+        TLeaf& left = *FLeaves[p.Child[li]];
+        TLeaf& right = *FLeaves[p.Child[li + 1]];
+        const uint32_t leftId = p.Child[li], rightId = p.Child[li + 1];
+        if (left.Count + right.Count < LeafCap) {
+            std::memcpy(left.Slots + left.Count, right.Slots, sizeof(int32_t) * size_t(right.Count));
+            for (int32_t i = 0; i < right.Count; ++i)
+                FLeafOf[right.Slots[i]] = leftId;
+            left.Count += right.Count;
+            left.Next = right.Next;
+            if (right.Next != None) FLeaves[right.Next]->Prev = leftId;
+            p.Sizes[li] = left.Count;
+            FreeLeaf(rightId);
+            RemoveChild(parent, li + 1, 1);
+            return;
+        }
+        const int32_t total = left.Count + right.Count;
+        const int32_t newLeft = total / 2;
+        if (left.Count < newLeft) { // the right one lends its first slots
+            const int32_t n = newLeft - left.Count;
+            std::memcpy(left.Slots + left.Count, right.Slots, sizeof(int32_t) * size_t(n));
+            std::memmove(right.Slots, right.Slots + n, sizeof(int32_t) * size_t(right.Count - n));
+            for (int32_t i = left.Count; i < newLeft; ++i)
+                FLeafOf[left.Slots[i]] = leftId;
+        } else { // the left one lends its last slots
+            const int32_t n = left.Count - newLeft;
+            std::memmove(right.Slots + n, right.Slots, sizeof(int32_t) * size_t(right.Count));
+            std::memcpy(right.Slots, left.Slots + newLeft, sizeof(int32_t) * size_t(n));
+            for (int32_t i = 0; i < n; ++i)
+                FLeafOf[right.Slots[i]] = rightId;
+        }
+        left.Count = newLeft;
+        right.Count = total - newLeft;
+        p.Sizes[li] = left.Count;
+        p.Sizes[li + 1] = right.Count;
+    }
+
+    void RebalanceInner(uint32_t id, int level) {
+        TInner& node = *FInners[id];
+        if (node.Parent == None) {
+            if (node.Count == 1 && level > 0) { // a root with one child hands the root to it
+                FRoot = node.Child[0];
+                SetParent(FRoot, level - 1, None);
+                FreeInner(id);
+                --FHeight;
+            }
+            return;
+        }
+        if (node.Count >= MinInner) return;
+        const uint32_t parent = node.Parent;
+        TInner& p = *FInners[parent];
+        const int32_t at = ChildIndex(p, id);
+        const int32_t li = at + 1 < p.Count ? at : at - 1;
+        const uint32_t leftId = p.Child[li], rightId = p.Child[li + 1];
+        TInner& left = *FInners[leftId];
+        TInner& right = *FInners[rightId];
+        if (left.Count + right.Count < InnerCap) {
+            for (int32_t i = 0; i < right.Count; ++i) {
+                left.Child[left.Count + i] = right.Child[i];
+                left.Sizes[left.Count + i] = right.Sizes[i];
+                SetParent(right.Child[i], level - 1, leftId);
+            }
+            left.Count += right.Count;
+            p.Sizes[li] += p.Sizes[li + 1];
+            FreeInner(rightId);
+            RemoveChild(parent, li + 1, level + 1);
+            return;
+        }
+        const int32_t total = left.Count + right.Count;
+        const int32_t newLeft = total / 2;
+        if (left.Count < newLeft) {
+            const int32_t n = newLeft - left.Count;
+            for (int32_t i = 0; i < n; ++i) {
+                left.Child[left.Count + i] = right.Child[i];
+                left.Sizes[left.Count + i] = right.Sizes[i];
+                SetParent(right.Child[i], level - 1, leftId);
+            }
+            std::memmove(right.Child, right.Child + n, sizeof(uint32_t) * size_t(right.Count - n));
+            std::memmove(right.Sizes, right.Sizes + n, sizeof(int32_t) * size_t(right.Count - n));
+        } else {
+            const int32_t n = left.Count - newLeft;
+            std::memmove(right.Child + n, right.Child, sizeof(uint32_t) * size_t(right.Count));
+            std::memmove(right.Sizes + n, right.Sizes, sizeof(int32_t) * size_t(right.Count));
+            for (int32_t i = 0; i < n; ++i) {
+                right.Child[i] = left.Child[newLeft + i];
+                right.Sizes[i] = left.Sizes[newLeft + i];
+                SetParent(right.Child[i], level - 1, rightId);
+            }
+        }
+        left.Count = newLeft;
+        right.Count = total - newLeft;
+        int32_t leftSize = 0;
+        for (int32_t i = 0; i < left.Count; ++i)
+            leftSize += left.Sizes[i];
+        p.Sizes[li + 1] += p.Sizes[li] - leftSize;
+        p.Sizes[li] = leftSize;
+    }
+
+    // Checks the subtree of node and returns its slot count through Seen; Prev follows the leaf chain.
+    bool ValidateNode(uint32_t node, int level, uint32_t parent, int32_t& seen, uint32_t& prev) const {
+        const bool root = parent == None;
+        if (level == 0) {
+            const TLeaf& l = *FLeaves[node];
+            if (l.Parent != parent || l.Count >= LeafCap || (!root && l.Count < std::max(1, MinLeaf)))
+                return false;
+            if (l.Prev != prev || (prev != None && FLeaves[prev]->Next != node)) return false;
+            for (int32_t i = 0; i < l.Count; ++i)
+                if (!Contains(l.Slots[i]) || FLeafOf[l.Slots[i]] != node) return false;
+            prev = node;
+            seen += l.Count;
+            return true;
+        }
+        const TInner& in = *FInners[node];
+        if (in.Parent != parent || in.Count >= InnerCap || in.Count < (root ? 2 : MinInner)) return false;
+        for (int32_t i = 0; i < in.Count; ++i) {
+            int32_t under = 0;
+            if (!ValidateNode(in.Child[i], level - 1, node, under, prev) || under != in.Sizes[i])
+                return false;
+            seen += under;
+        }
+        return true;
+    }
+
+    std::vector<std::unique_ptr<TLeaf>> FLeaves; // by leaf id; null for a freed id
+    std::vector<uint32_t> FFreeLeaves;
+    std::vector<std::unique_ptr<TInner>> FInners;
+    std::vector<uint32_t> FFreeInners;
+    uint32_t FRoot = None;
+    int FHeight = 0; // 0: the root is a leaf
+    int32_t FSize = 0;
+    TBlockVector<uint32_t> FLeafOf; // per slot, its leaf (None when absent)
+};
