@@ -73,6 +73,10 @@ public:
     // to repaint.
     uint64_t Revision() const;
 
+    // Diagnostic: how many times the view has read every row of the store again (setting the order, a new
+    // filter in effect, an emptied or copied store). Rows changed one by one never add to it.
+    uint64_t RebuildCount() const;
+
 private:
     struct TImpl;
     TNoticeStore& FStore;

@@ -1,0 +1,240 @@
+#include "core/TNoticeRowSort.h"
+
+#include "core/TNoticeRowOrder.h"
+#include "core/TNoticeStore.h"
+
+#include <cstring>
+#include <deque>
+#include <string>
+
+namespace {
+
+// One row being sorted: the digit of the current step, the text the column's digits are read from, and the
+// row's slot. Items start in key order and every step is stable, so rows that tie everywhere stay in key
+// order without a last step by key.
+struct TItem {
+    uint64_t Digit;
+    const char* Text;
+    uint32_t Len; // FoldedCopy set: Text is a folded copy, not the row's own bytes
+    int32_t Slot;
+};
+constexpr uint32_t FoldedCopy = 0x80000000u;
+
+// Where the refinement of a run stands: column, folded or raw bytes of a text column, and which 7-byte
+// chunk of them.
+struct TStep {
+    uint32_t Column;
+    bool Raw;
+    uint32_t Chunk;
+};
+
+struct TRun {
+    int32_t Begin, End;
+    TStep Step;
+};
+
+constexpr int32_t ComparisonRun = 16; // runs up to this size are finished by comparing rows
+constexpr int32_t InsertionRun = 64;  // digit sorts up to this size are insertion sorts
+constexpr uint64_t NullDigit = 0;
+constexpr uint64_t MoreMark = 9; // the text goes on after this chunk
+
+// Chunk k of a text as a digit: bytes [7k, 7k + 7) (zero-padded) above a mark of 1 + the bytes left from
+// 7k when they end within the chunk, or MoreMark when they go on. Equal digits with a mark below MoreMark
+// mean equal texts; a shorter text that is a prefix of a longer one gets the smaller digit.
+inline uint64_t TextDigit(const char* p, uint32_t len, uint32_t chunk, bool fold) {
+    const uint32_t off = chunk * 7;
+    const uint32_t left = len - off;
+    const uint32_t n = left < 7 ? left : 7;
+    uint64_t d = 0;
+    for (uint32_t i = 0; i < 7; ++i) {
+        uint8_t c = i < n ? static_cast<uint8_t>(p[off + i]) : 0;
+        if (fold && c >= 'A' && c <= 'Z') c = static_cast<uint8_t>(c + ('a' - 'A'));
+        d = (d << 8) | c;
+    }
+    return (d << 8) | (left >= 8 ? MoreMark : left + 1);
+}
+
+class TSorter {
+public:
+    TSorter(const TNoticeStore& Store, const std::vector<TSortColumn>& Columns)
+        : FStore(Store), FColumns(Columns) {
+        for (const TSortColumn& c : Columns)
+            FKinds.push_back(SortKindOf(c.Field));
+    }
+
+    void Sort(std::vector<int32_t>& Slots) {
+        const int32_t n = static_cast<int32_t>(Slots.size());
+        FItems.resize(Slots.size());
+        FSpare.resize(Slots.size());
+        bool keyOrder = true;
+        int32_t lastKey = INT32_MIN;
+        for (int32_t i = 0; i < n; ++i) {
+            const int32_t key = FStore.RowBySlot(Slots[size_t(i)]).AsInteger(nf_nb_internal_key);
+            keyOrder = keyOrder && key > lastKey;
+            lastKey = key;
+            FItems[size_t(i)] = {IntegerSortValue(key), nullptr, 0, Slots[size_t(i)]};
+        }
+        if (!keyOrder) SortByDigit(0, n);
+        FRuns.push_back({0, n, {0, false, 0}});
+        while (!FRuns.empty()) {
+            const TRun run = FRuns.back();
+            FRuns.pop_back();
+            Refine(run);
+        }
+        for (int32_t i = 0; i < n; ++i)
+            Slots[size_t(i)] = FItems[size_t(i)].Slot;
+    }
+
+private:
+    const TNoticeRecord& Row(int32_t slot) const { return FStore.RowBySlot(slot); }
+
+    void Refine(const TRun& run) {
+        const int32_t n = run.End - run.Begin;
+        if (n < 2 || run.Step.Column >= FColumns.size()) return;
+        if (n <= ComparisonRun) {
+            FinishByComparison(run);
+            return;
+        }
+        ComputeDigits(run);
+        SortByDigit(run.Begin, run.End);
+        const TSortColumn& col = FColumns[run.Step.Column];
+        const uint64_t flip = col.Descending ? ~uint64_t(0) : 0;
+        for (int32_t a = run.Begin; a < run.End;) {
+            int32_t b = a + 1;
+            while (b < run.End && FItems[size_t(b)].Digit == FItems[size_t(a)].Digit)
+                ++b;
+            if (b - a > 1) FRuns.push_back({a, b, Next(run.Step, FItems[size_t(a)].Digit ^ flip)});
+            a = b;
+        }
+    }
+
+    // The step after one whose digits tied at Digit (in ascending form).
+    TStep Next(const TStep& step, uint64_t digit) const {
+        const TStep nextColumn{step.Column + 1, false, 0};
+        if (FKinds[step.Column] != TSortKind::Text || digit == NullDigit) return nextColumn;
+        if ((digit & 0xFF) == MoreMark) return {step.Column, step.Raw, step.Chunk + 1};
+        return step.Raw ? nextColumn : TStep{step.Column, true, 0}; // equal folded: their bytes decide
+    }
+
+    void ComputeDigits(const TRun& run) {
+        const TSortColumn& col = FColumns[run.Step.Column];
+        const TNoticeField f = col.Field;
+        const TSortKind kind = FKinds[run.Step.Column];
+        const uint64_t flip = col.Descending ? ~uint64_t(0) : 0;
+        const TStep& step = run.Step;
+        // The first chunk of a column reads the row; later ones read the text found then. Both are
+        // fetched a few items ahead, as the items are in no particular order of memory.
+        const bool readsRow = kind != TSortKind::Text || step.Chunk == 0;
+        constexpr int32_t Ahead = 8;
+        for (int32_t i = run.Begin; i < run.End; ++i) {
+            if (i + 2 * Ahead < run.End && readsRow)
+                __builtin_prefetch(&Row(FItems[size_t(i + 2 * Ahead)].Slot));
+            if (i + Ahead < run.End) {
+                const TItem& ahead = FItems[size_t(i + Ahead)];
+                if (kind == TSortKind::Text && step.Chunk == 0)
+                    __builtin_prefetch(Row(ahead.Slot).AsString(f).data());
+                else if (kind == TSortKind::Text)
+                    __builtin_prefetch(ahead.Text + step.Chunk * 7);
+            }
+            TItem& item = FItems[size_t(i)];
+            uint64_t d;
+            if (kind != TSortKind::Text) {
+                d = NumericSortValue(Row(item.Slot), f, kind);
+            } else if (step.Chunk > 0) {
+                d = TextDigit(item.Text, item.Len & ~FoldedCopy, step.Chunk,
+                              !step.Raw && !(item.Len & FoldedCopy));
+            } else {
+                d = FirstTextDigit(item, f, step.Raw);
+            }
+            item.Digit = d ^ flip;
+        }
+    }
+
+    // The first chunk of a text column: finds the text (folding a non-ASCII one into a copy for the folded
+    // step, and going back to the row's bytes for the raw step).
+    uint64_t FirstTextDigit(TItem& item, TNoticeField f, bool raw) {
+        const TNoticeRecord& row = Row(item.Slot);
+        if (row.IsNull(f)) return NullDigit;
+        const std::string_view text = row.AsString(f);
+        item.Text = text.data();
+        item.Len = static_cast<uint32_t>(text.size());
+        if (!raw && !IsAsciiText(text)) {
+            std::string& folded = FFolded.emplace_back();
+            AppendFoldedText(text, folded);
+            item.Text = folded.data();
+            item.Len = static_cast<uint32_t>(folded.size()) | FoldedCopy;
+        }
+        return TextDigit(item.Text, item.Len & ~FoldedCopy, 0, !raw && !(item.Len & FoldedCopy));
+    }
+
+    // Stable sort of items [begin, end) by digit: insertion sort when short, else an LSD radix sort over the
+    // bytes in which the digits differ.
+    void SortByDigit(int32_t begin, int32_t end) {
+        TItem* a = FItems.data() + begin;
+        const int32_t n = end - begin;
+        if (n <= InsertionRun) {
+            for (int32_t i = 1; i < n; ++i) {
+                const TItem x = a[i];
+                int32_t j = i;
+                for (; j > 0 && a[j - 1].Digit > x.Digit; --j)
+                    a[j] = a[j - 1];
+                a[j] = x;
+            }
+            return;
+        }
+        static thread_local uint32_t counts[8][256];
+        std::memset(counts, 0, sizeof counts);
+        for (int32_t i = 0; i < n; ++i) {
+            const uint64_t d = a[i].Digit;
+            for (int b = 0; b < 8; ++b)
+                ++counts[b][(d >> (8 * b)) & 0xFF];
+        }
+        TItem* src = a;
+        TItem* dst = FSpare.data() + begin;
+        for (int b = 0; b < 8; ++b) {
+            uint32_t* c = counts[b];
+            if (c[(a[0].Digit >> (8 * b)) & 0xFF] == static_cast<uint32_t>(n)) continue; // all alike
+            uint32_t sum = 0;
+            for (int v = 0; v < 256; ++v) {
+                const uint32_t k = c[v];
+                c[v] = sum;
+                sum += k;
+            }
+            for (int32_t i = 0; i < n; ++i)
+                dst[c[(src[i].Digit >> (8 * b)) & 0xFF]++] = src[i];
+            std::swap(src, dst);
+        }
+        if (src != a) std::memcpy(a, src, sizeof(TItem) * size_t(n));
+    }
+
+    // A short run: stable insertion sort comparing the rows from the run's column on.
+    void FinishByComparison(const TRun& run) {
+        TItem* a = FItems.data() + run.Begin;
+        const int32_t n = run.End - run.Begin;
+        const TSortColumn* cols = FColumns.data() + run.Step.Column;
+        const size_t count = FColumns.size() - run.Step.Column;
+        for (int32_t i = 1; i < n; ++i) {
+            const TItem x = a[i];
+            const TNoticeRecord& rx = Row(x.Slot);
+            int32_t j = i;
+            for (; j > 0 && CompareNoticeColumns(Row(a[j - 1].Slot), rx, cols, count) > 0; --j)
+                a[j] = a[j - 1];
+            a[j] = x;
+        }
+    }
+
+    const TNoticeStore& FStore;
+    const std::vector<TSortColumn>& FColumns;
+    std::vector<TSortKind> FKinds;
+    std::vector<TItem> FItems;
+    std::vector<TItem> FSpare;
+    std::vector<TRun> FRuns;
+    std::deque<std::string> FFolded; // folded copies of non-ASCII texts; deque: their data never moves
+};
+
+} // namespace
+
+void SortNoticeSlots(const TNoticeStore& Store, const std::vector<TSortColumn>& Columns,
+                     std::vector<int32_t>& Slots) {
+    TSorter(Store, Columns).Sort(Slots);
+}
