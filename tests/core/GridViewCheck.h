@@ -63,8 +63,11 @@ inline void ExpectViewMatches(const TNoticeGridView& view) {
     std::vector<bool> shown(size_t(view.Store().SlotCount()) + 2, false);
     for (const TNoticeRecord* r : rows)
         shown[size_t(Key(r))] = true;
-    for (int32_t key = 0; key < int32_t(shown.size()); ++key)
-        if (!shown[size_t(key)]) ASSERT_EQ(view.PositionOf(key), -1) << "key " << key;
+    for (int32_t key = 0; key < int32_t(shown.size()); ++key) {
+        if (!shown[size_t(key)]) {
+            ASSERT_EQ(view.PositionOf(key), -1) << "key " << key;
+        }
+    }
 
     const std::vector<TGridNode> expected = ExpectedNodes(view, rows);
     std::vector<TGridNode> walked;

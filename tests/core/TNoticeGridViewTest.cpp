@@ -2,7 +2,6 @@
 
 #include "core/FilterExpression.h"
 #include "core/TNoticeRowOrder.h"
-#include "core/TNoticeRowSort.h"
 
 #include <gtest/gtest.h>
 
@@ -182,15 +181,6 @@ TEST(TNoticeGridView, BulkSortMatchesTheComparisonOnManyTies) {
     }
     view.SetOrder({}, {{nf_note_summary, true}, {nf_adpt_source_id, false}});
     ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
-    // Slots handed over in no particular order come out the same.
-    std::vector<int32_t> slots;
-    for (int32_t s = 0; s < b.Store().SlotCount(); ++s)
-        slots.push_back(s);
-    std::shuffle(slots.begin(), slots.end(), b.Rng());
-    SortNoticeSlots(b.Store(), {{nf_note_pvo_node, false}}, slots);
-    view.SetOrder({}, {{nf_note_pvo_node, false}});
-    for (size_t i = 0; i < slots.size(); ++i)
-        ASSERT_EQ(view.KeyAt(int32_t(i)), slots[i] + 1);
 }
 
 TEST(TNoticeGridView, RebuildsOnlyWhenTheFilterInEffectReallyChanges) {
