@@ -6,6 +6,7 @@
 #include <unicode/utf8.h>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -76,15 +77,18 @@ void AppendFoldedText(std::string_view Text, std::string& Out) {
 }
 
 TSortKind SortKindOf(TNoticeField Field) {
-    switch (NoticeFieldType(Field)) {
-    case TFieldType::ftString:
-    case TFieldType::ftMemo:
-        return TSortKind::Text;
-    case TFieldType::ftDateTime:
-        return TSortKind::Date;
-    default:
-        return TSortKind::Integer;
-    }
+    // Asked once per column per comparison: a table made once rather than a look-up of the field's type.
+    static const std::array<TSortKind, NoticeFieldCount> kinds = [] {
+        std::array<TSortKind, NoticeFieldCount> k{};
+        for (int f = 0; f < NoticeFieldCount; ++f) {
+            const TFieldType type = NoticeFieldType(static_cast<TNoticeField>(f));
+            k[size_t(f)] = type == TFieldType::ftString || type == TFieldType::ftMemo ? TSortKind::Text
+                           : type == TFieldType::ftDateTime                           ? TSortKind::Date
+                                                                                      : TSortKind::Integer;
+        }
+        return k;
+    }();
+    return kinds[size_t(Field)];
 }
 
 uint64_t DateSortValue(double Value) {
