@@ -2,6 +2,7 @@
 //  - setting the order (a full sort) by summary and by severity, at 100 000 and 1 000 000 rows;
 //  - one 10-notice "post" message (5 new notices, 5 updates that change the severity) with the view
 //    sorted by severity, at 10 000, 100 000 and 1 000 000 rows, with and without a filter in effect;
+//  - the same ten row changes made straight on the store, with and without the view;
 //  - the view's heap bytes per row, freshly sorted and after many updates.
 // The reference, measured in the same run, is std::stable_sort of the row slots with the plain row
 // comparison: what re-sorting the grid after each message would cost. "Board" is the message with no view
@@ -191,6 +192,47 @@ void BM_Message_StableSortReference(benchmark::State& state) {
     Message(state, TMode::Resort);
 }
 
+// The same ten row changes made straight on the store, without parsing: the view's own share of a
+// message, apart from the XML work that makes the message timings noisy.
+void RowChanges(benchmark::State& state, bool withView) {
+    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    std::unique_ptr<TNoticeGridView> view;
+    if (withView) {
+        view = std::make_unique<TNoticeGridView>(store);
+        view->SetOrder({}, BySeverity);
+    }
+    std::mt19937 rng(uint32_t(state.range(0)));
+    store.DisableControls();
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        for (int k = 0; k < 5; ++k) {
+            store.Append();
+            store.Buffer().SetInteger(nf_note_severity, int32_t(1 + rng() % 4));
+            store.Post();
+        }
+        for (int k = 0; k < 5; ++k) {
+            store.SetRecNo(int32_t(1 + rng() % uint32_t(store.RecordCount())));
+            store.Edit();
+            store.Buffer().SetInteger(nf_note_severity, store.Buffer().AsInteger(nf_note_severity) % 4 + 1);
+            store.Post();
+        }
+        if (view) benchmark::DoNotOptimize(view->KeyAt(0));
+        state.SetIterationTime(ThreadSeconds() - t0);
+        for (int k = 0; k < 5; ++k) {
+            store.Last();
+            store.Delete();
+        }
+    }
+    store.EnableControls();
+}
+
+void BM_RowChanges_Store(benchmark::State& state) {
+    RowChanges(state, false);
+}
+void BM_RowChanges_View(benchmark::State& state) {
+    RowChanges(state, true);
+}
+
 size_t HeapInUse() {
     malloc_trim(0);
     const struct mallinfo2 info = mallinfo2();
@@ -256,6 +298,21 @@ BENCHMARK(BM_Message_StableSortReference)
     ->Arg(1000000)
     ->UseManualTime()
     ->Iterations(5)
+    ->Unit(benchmark::kMicrosecond);
+
+BENCHMARK(BM_RowChanges_Store)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->UseManualTime()
+    ->Iterations(20000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_RowChanges_View)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->UseManualTime()
+    ->Iterations(20000)
     ->Unit(benchmark::kMicrosecond);
 
 BENCHMARK(BM_ViewMemoryPerRow)->Arg(1000000)->Iterations(1)->Unit(benchmark::kMillisecond);

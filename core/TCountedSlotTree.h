@@ -1,8 +1,9 @@
 // An order-statistics B+tree of row slots: a sequence of distinct slots in an order its user decides, with
 // the slot at a position and the position of a slot in O(log n), and insertion by comparison. Inner nodes
-// count the slots under each child. Leaves keep their ids for their life and a map from slot to leaf finds
-// a slot without comparing, so a row whose values are already gone can still be removed. Slots are plain
-// integers: a user that renumbers its rows can rewrite them with Assign.
+// count the slots under each child and keep each child's first slot, so that a search by comparison reads
+// one row per probe and no leaf above the one it ends in. Leaves keep their ids for their life and a map
+// from slot to leaf finds a slot without comparing, so a row whose values are already gone can still be
+// removed. Slots are plain integers: a user that renumbers its rows can rewrite them with Assign.
 //
 // The grid's row order (TNoticeGridView) uses one; the capacities are parameters so that tests can make
 // every split and merge happen with a few dozen slots. A leaf or inner node holds at most Cap - 1 entries
@@ -65,7 +66,7 @@ public:
         uint32_t node = FRoot;
         for (int level = FHeight; level > 0; --level) {
             const TInner& in = *FInners[node];
-            const int32_t j = LastChildBefore(in, level, Before);
+            const int32_t j = LastChildBefore(in, Before);
             for (int32_t i = 0; i < j; ++i)
                 pos += in.Sizes[i];
             node = in.Child[j];
@@ -78,7 +79,7 @@ public:
         uint32_t node = FRoot;
         for (int level = FHeight; level > 0; --level) {
             TInner& in = *FInners[node];
-            const int32_t j = LastChildBefore(in, level, Before);
+            const int32_t j = LastChildBefore(in, Before);
             ++in.Sizes[j];
             node = in.Child[j];
         }
@@ -89,6 +90,7 @@ public:
         ++leaf.Count;
         ++FSize;
         MapSlot(slot, node);
+        if (i == 0) FirstChanged(node, 0);
         if (leaf.Count == LeafCap) SplitLeaf(node);
     }
 
@@ -105,6 +107,7 @@ public:
         uint32_t child = id;
         for (uint32_t p = leaf.Parent; p != None; child = p, p = FInners[p]->Parent)
             --FInners[p]->Sizes[ChildIndex(*FInners[p], child)];
+        if (i == 0 && leaf.Count > 0) FirstChanged(id, 0);
         if (leaf.Parent != None && leaf.Count < MinLeaf) RebalanceLeaf(id);
     }
 
@@ -117,7 +120,7 @@ public:
         constexpr int32_t LeafFill = std::min(LeafCap - 1, std::max(MinLeaf * 2, LeafCap * 7 / 8));
         const int32_t leafCount = (Count + LeafFill - 1) / LeafFill;
         std::vector<uint32_t> level(static_cast<size_t>(leafCount));
-        std::vector<int32_t> sizes(level.size());
+        std::vector<int32_t> sizes(level.size()), firsts(level.size());
         uint32_t prev = None;
         for (int32_t l = 0, at = 0; l < leafCount; ++l) {
             const int32_t n = Count / leafCount + (l < Count % leafCount ? 1 : 0);
@@ -133,6 +136,7 @@ public:
             at += n;
             level[size_t(l)] = id;
             sizes[size_t(l)] = n;
+            firsts[size_t(l)] = leaf.Slots[0];
         }
         FSize = Count;
         FHeight = 0;
@@ -142,7 +146,7 @@ public:
             const int32_t total = static_cast<int32_t>(level.size());
             const int32_t groups = (total + InnerFill - 1) / InnerFill;
             std::vector<uint32_t> up(static_cast<size_t>(groups));
-            std::vector<int32_t> upSizes(up.size(), 0);
+            std::vector<int32_t> upSizes(up.size(), 0), upFirsts(up.size());
             for (int32_t g = 0, at = 0; g < groups; ++g) {
                 const int32_t n = total / groups + (g < total % groups ? 1 : 0);
                 const uint32_t id = NewInner();
@@ -150,15 +154,18 @@ public:
                 for (int32_t i = 0; i < n; ++i) {
                     in.Child[i] = level[size_t(at + i)];
                     in.Sizes[i] = sizes[size_t(at + i)];
+                    in.First[i] = firsts[size_t(at + i)];
                     upSizes[size_t(g)] += in.Sizes[i];
                     SetParent(in.Child[i], FHeight - 1, id);
                 }
                 in.Count = n;
                 at += n;
                 up[size_t(g)] = id;
+                upFirsts[size_t(g)] = in.First[0];
             }
             level.swap(up);
             sizes.swap(upSizes);
+            firsts.swap(upFirsts);
         }
         FRoot = level[0];
     }
@@ -212,6 +219,7 @@ private:
         uint32_t Parent = None;
         uint32_t Child[InnerCap]; // leaves when this node's level is 1, inner nodes above
         int32_t Sizes[InnerCap];  // slots under each child
+        int32_t First[InnerCap];  // each child's first slot
     };
 
     uint32_t NewLeaf() { return NewNode(FLeaves, FFreeLeaves); }
@@ -270,17 +278,31 @@ private:
         return node;
     }
 
-    int32_t FirstSlot(uint32_t node, int level) const {
-        for (; level > 0; --level)
-            node = FInners[node]->Child[0];
-        return FLeaves[node]->Slots[0];
+    int32_t FirstOf(uint32_t node, int level) const {
+        return level == 0 ? FLeaves[node]->Slots[0] : FInners[node]->First[0];
+    }
+    // The first slot of a node changed: its entry in its parent follows, and the parent's own entry while
+    // the node is its parent's first child.
+    void FirstChanged(uint32_t node, int level) {
+        for (uint32_t p = ParentOf(node, level); p != None; node = p, p = FInners[p]->Parent, ++level) {
+            TInner& in = *FInners[p];
+            const int32_t i = ChildIndex(in, node);
+            in.First[i] = FirstOf(node, level);
+            if (i != 0) return;
+        }
+    }
+    // Moves N entries of inner nodes (child, size, first slot) from Src[From..] to Dst[To..].
+    static void MoveEntries(TInner& dst, int32_t to, const TInner& src, int32_t from, int32_t n) {
+        std::memmove(dst.Child + to, src.Child + from, sizeof(uint32_t) * size_t(n));
+        std::memmove(dst.Sizes + to, src.Sizes + from, sizeof(int32_t) * size_t(n));
+        std::memmove(dst.First + to, src.First + from, sizeof(int32_t) * size_t(n));
     }
     // The child in which the Before/not-Before boundary lies: the last whose first slot is Before (or 0).
-    template <class F> int32_t LastChildBefore(const TInner& in, int level, F& Before) const {
+    template <class F> static int32_t LastChildBefore(const TInner& in, F& Before) {
         int32_t lo = 0, hi = in.Count; // child lo's first slot is Before (or lo is 0); hi's is not
         while (hi - lo > 1) {
             const int32_t mid = (lo + hi) / 2;
-            if (Before(FirstSlot(in.Child[mid], level - 1)))
+            if (Before(in.First[mid]))
                 lo = mid;
             else
                 hi = mid;
@@ -299,17 +321,16 @@ private:
         return lo;
     }
 
-    // Puts Child (holding ChildSize slots) right after the child at index At of Parent, whose own size
-    // becomes LeftSize; splits Parent when that fills it.
+    // Puts Child (holding ChildSize slots, the first of them First) right after the child at index At of
+    // Parent, whose own size becomes LeftSize; splits Parent when that fills it.
     void InsertChild(uint32_t parent, int32_t at, int32_t leftSize, uint32_t child, int32_t childSize,
-                     int childLevel) {
+                     int32_t first, int childLevel) {
         TInner& in = *FInners[parent];
-        const size_t tail = size_t(in.Count - at - 1);
-        std::memmove(in.Child + at + 2, in.Child + at + 1, sizeof(uint32_t) * tail);
-        std::memmove(in.Sizes + at + 2, in.Sizes + at + 1, sizeof(int32_t) * tail);
+        MoveEntries(in, at + 2, in, at + 1, in.Count - at - 1);
         in.Sizes[at] = leftSize;
         in.Child[at + 1] = child;
         in.Sizes[at + 1] = childSize;
+        in.First[at + 1] = first;
         ++in.Count;
         SetParent(child, childLevel, parent);
         if (in.Count == InnerCap) SplitInner(parent, childLevel + 1);
@@ -326,13 +347,16 @@ private:
             in.Child[1] = right;
             in.Sizes[0] = leftSize;
             in.Sizes[1] = rightSize;
+            in.First[0] = FirstOf(left, level);
+            in.First[1] = FirstOf(right, level);
             SetParent(left, level, root);
             SetParent(right, level, root);
             FRoot = root;
             ++FHeight;
             return;
         }
-        InsertChild(parent, ChildIndex(*FInners[parent], left), leftSize, right, rightSize, level);
+        InsertChild(parent, ChildIndex(*FInners[parent], left), leftSize, right, rightSize,
+                    FirstOf(right, level), level);
     }
 
     void SplitLeaf(uint32_t id) {
@@ -358,8 +382,7 @@ private:
         TInner& right = *FInners[rightId];
         const int32_t keep = left.Count / 2;
         right.Count = left.Count - keep;
-        std::memcpy(right.Child, left.Child + keep, sizeof(uint32_t) * size_t(right.Count));
-        std::memcpy(right.Sizes, left.Sizes + keep, sizeof(int32_t) * size_t(right.Count));
+        MoveEntries(right, 0, left, keep, right.Count);
         left.Count = keep;
         int32_t leftSize = 0, rightSize = 0;
         for (int32_t i = 0; i < keep; ++i)
@@ -374,9 +397,7 @@ private:
     // Removes the child at index At from an inner node of the given level, then mends the node.
     void RemoveChild(uint32_t parent, int32_t at, int level) {
         TInner& in = *FInners[parent];
-        const size_t tail = size_t(in.Count - at - 1);
-        std::memmove(in.Child + at, in.Child + at + 1, sizeof(uint32_t) * tail);
-        std::memmove(in.Sizes + at, in.Sizes + at + 1, sizeof(int32_t) * tail);
+        MoveEntries(in, at, in, at + 1, in.Count - at - 1);
         --in.Count;
         RebalanceInner(parent, level);
     }
@@ -398,6 +419,7 @@ private:
             if (right.Next != None) FLeaves[right.Next]->Prev = leftId;
             p.Sizes[li] = left.Count;
             FreeLeaf(rightId);
+            FirstChanged(leftId, 0); // the left one may have been the empty one
             RemoveChild(parent, li + 1, 1);
             return;
         }
@@ -420,6 +442,8 @@ private:
         right.Count = total - newLeft;
         p.Sizes[li] = left.Count;
         p.Sizes[li + 1] = right.Count;
+        p.First[li + 1] = right.Slots[0];
+        FirstChanged(leftId, 0);
     }
 
     void RebalanceInner(uint32_t id, int level) {
@@ -442,11 +466,9 @@ private:
         TInner& left = *FInners[leftId];
         TInner& right = *FInners[rightId];
         if (left.Count + right.Count < InnerCap) {
-            for (int32_t i = 0; i < right.Count; ++i) {
-                left.Child[left.Count + i] = right.Child[i];
-                left.Sizes[left.Count + i] = right.Sizes[i];
+            MoveEntries(left, left.Count, right, 0, right.Count);
+            for (int32_t i = 0; i < right.Count; ++i)
                 SetParent(right.Child[i], level - 1, leftId);
-            }
             left.Count += right.Count;
             p.Sizes[li] += p.Sizes[li + 1];
             FreeInner(rightId);
@@ -457,22 +479,16 @@ private:
         const int32_t newLeft = total / 2;
         if (left.Count < newLeft) {
             const int32_t n = newLeft - left.Count;
-            for (int32_t i = 0; i < n; ++i) {
-                left.Child[left.Count + i] = right.Child[i];
-                left.Sizes[left.Count + i] = right.Sizes[i];
+            MoveEntries(left, left.Count, right, 0, n);
+            for (int32_t i = 0; i < n; ++i)
                 SetParent(right.Child[i], level - 1, leftId);
-            }
-            std::memmove(right.Child, right.Child + n, sizeof(uint32_t) * size_t(right.Count - n));
-            std::memmove(right.Sizes, right.Sizes + n, sizeof(int32_t) * size_t(right.Count - n));
+            MoveEntries(right, 0, right, n, right.Count - n);
         } else {
             const int32_t n = left.Count - newLeft;
-            std::memmove(right.Child + n, right.Child, sizeof(uint32_t) * size_t(right.Count));
-            std::memmove(right.Sizes + n, right.Sizes, sizeof(int32_t) * size_t(right.Count));
-            for (int32_t i = 0; i < n; ++i) {
-                right.Child[i] = left.Child[newLeft + i];
-                right.Sizes[i] = left.Sizes[newLeft + i];
+            MoveEntries(right, n, right, 0, right.Count);
+            MoveEntries(right, 0, left, newLeft, n);
+            for (int32_t i = 0; i < n; ++i)
                 SetParent(right.Child[i], level - 1, rightId);
-            }
         }
         left.Count = newLeft;
         right.Count = total - newLeft;
@@ -481,6 +497,7 @@ private:
             leftSize += left.Sizes[i];
         p.Sizes[li + 1] += p.Sizes[li] - leftSize;
         p.Sizes[li] = leftSize;
+        p.First[li + 1] = right.First[0];
     }
 
     // Checks the subtree of node and returns its slot count through Seen; Prev follows the leaf chain.
@@ -501,7 +518,8 @@ private:
         if (in.Parent != parent || in.Count >= InnerCap || in.Count < (root ? 2 : MinInner)) return false;
         for (int32_t i = 0; i < in.Count; ++i) {
             int32_t under = 0;
-            if (!ValidateNode(in.Child[i], level - 1, node, under, prev) || under != in.Sizes[i])
+            if (!ValidateNode(in.Child[i], level - 1, node, under, prev) || under != in.Sizes[i] ||
+                in.First[i] != FirstOf(in.Child[i], level - 1))
                 return false;
             seen += under;
         }

@@ -53,9 +53,11 @@ public:
         }
         EXPECT_EQ(FTree.At(-1), -1);
         EXPECT_EQ(FTree.At(int32_t(FModel.size())), -1);
-        for (int32_t s = 0; s < int32_t(FPrio.size()); ++s)
-            if (!std::binary_search(FModel.begin(), FModel.end(), s, Less()))
+        for (int32_t s = 0; s < int32_t(FPrio.size()); ++s) {
+            if (!std::binary_search(FModel.begin(), FModel.end(), s, Less())) {
                 ASSERT_EQ(FTree.PositionOf(s), -1);
+            }
+        }
         // Partition at every priority boundary, and a walk from a middle position.
         for (int32_t p = 0; p <= int32_t(FPrio.size()); p += 7) {
             const auto before = [&](int32_t s) { return FPrio[size_t(s)] < p; };
@@ -96,7 +98,9 @@ template <class Tree> void GrowShrinkAndReload(uint32_t seed) {
     for (int32_t target : {400, 0, 250}) {
         for (int i = 0; i < 3000; ++i) {
             d.Step(target);
-            if (i % 97 == 0) ASSERT_NO_FATAL_FAILURE(d.Check());
+            if (i % 97 == 0) {
+                ASSERT_NO_FATAL_FAILURE(d.Check());
+            }
         }
         ASSERT_NO_FATAL_FAILURE(d.Check());
     }
