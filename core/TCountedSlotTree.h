@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -66,7 +67,7 @@ public:
         uint32_t node = FRoot;
         for (int level = FHeight; level > 0; --level) {
             const TInner& in = *FInners[node];
-            const int32_t j = LastChildBefore(in, Before);
+            const int32_t j = LastChildBefore(in, Before, nullptr);
             for (int32_t i = 0; i < j; ++i)
                 pos += in.Sizes[i];
             node = in.Child[j];
@@ -74,12 +75,24 @@ public:
         return pos + CountBefore(*FLeaves[node], Before);
     }
 
+    // An optional number per slot that never decreases along the order (equal numbers decide nothing).
+    // Inner nodes keep it for each child's first slot, so that insertion compares numbers where they
+    // differ and asks Before only where they tie. Set it before Assign; null for none.
+    void SetOrderKey(std::function<uint64_t(int32_t)> KeyOf) { FKeyOf = std::move(KeyOf); }
+    // A present slot's order key changed while it kept its place.
+    void Refresh(int32_t slot) {
+        if (!FKeyOf || !Contains(slot)) return;
+        const uint32_t leaf = FLeafOf[slot];
+        if (FLeaves[leaf]->Slots[0] == slot) FirstChanged(leaf, 0);
+    }
+
     // Inserts a slot that is not present right after the slots Before(slot) holds for (a prefix).
     template <class F> void Insert(int32_t slot, F&& Before) {
+        const uint64_t key = FKeyOf ? FKeyOf(slot) : 0;
         uint32_t node = FRoot;
         for (int level = FHeight; level > 0; --level) {
             TInner& in = *FInners[node];
-            const int32_t j = LastChildBefore(in, Before);
+            const int32_t j = LastChildBefore(in, Before, FKeyOf ? &key : nullptr);
             ++in.Sizes[j];
             node = in.Child[j];
         }
@@ -154,7 +167,7 @@ public:
                 for (int32_t i = 0; i < n; ++i) {
                     in.Child[i] = level[size_t(at + i)];
                     in.Sizes[i] = sizes[size_t(at + i)];
-                    in.First[i] = firsts[size_t(at + i)];
+                    SetFirst(in, i, firsts[size_t(at + i)]);
                     upSizes[size_t(g)] += in.Sizes[i];
                     SetParent(in.Child[i], FHeight - 1, id);
                 }
@@ -220,6 +233,7 @@ private:
         uint32_t Child[InnerCap]; // leaves when this node's level is 1, inner nodes above
         int32_t Sizes[InnerCap];  // slots under each child
         int32_t First[InnerCap];  // each child's first slot
+        uint64_t Keys[InnerCap];  // and its order key, when there is a key
     };
 
     uint32_t NewLeaf() { return NewNode(FLeaves, FFreeLeaves); }
@@ -287,22 +301,28 @@ private:
         for (uint32_t p = ParentOf(node, level); p != None; node = p, p = FInners[p]->Parent, ++level) {
             TInner& in = *FInners[p];
             const int32_t i = ChildIndex(in, node);
-            in.First[i] = FirstOf(node, level);
+            SetFirst(in, i, FirstOf(node, level));
             if (i != 0) return;
         }
     }
-    // Moves N entries of inner nodes (child, size, first slot) from Src[From..] to Dst[To..].
+    void SetFirst(TInner& in, int32_t i, int32_t first) {
+        in.First[i] = first;
+        if (FKeyOf) in.Keys[i] = FKeyOf(first);
+    }
+    // Moves N entries of inner nodes (child, size, first slot and key) from Src[From..] to Dst[To..].
     static void MoveEntries(TInner& dst, int32_t to, const TInner& src, int32_t from, int32_t n) {
         std::memmove(dst.Child + to, src.Child + from, sizeof(uint32_t) * size_t(n));
         std::memmove(dst.Sizes + to, src.Sizes + from, sizeof(int32_t) * size_t(n));
         std::memmove(dst.First + to, src.First + from, sizeof(int32_t) * size_t(n));
+        std::memmove(dst.Keys + to, src.Keys + from, sizeof(uint64_t) * size_t(n));
     }
     // The child in which the Before/not-Before boundary lies: the last whose first slot is Before (or 0).
-    template <class F> static int32_t LastChildBefore(const TInner& in, F& Before) {
+    template <class F> static int32_t LastChildBefore(const TInner& in, F& Before, const uint64_t* key) {
         int32_t lo = 0, hi = in.Count; // child lo's first slot is Before (or lo is 0); hi's is not
         while (hi - lo > 1) {
             const int32_t mid = (lo + hi) / 2;
-            if (Before(in.First[mid]))
+            const bool before = key && in.Keys[mid] != *key ? in.Keys[mid] < *key : Before(in.First[mid]);
+            if (before)
                 lo = mid;
             else
                 hi = mid;
@@ -330,7 +350,7 @@ private:
         in.Sizes[at] = leftSize;
         in.Child[at + 1] = child;
         in.Sizes[at + 1] = childSize;
-        in.First[at + 1] = first;
+        SetFirst(in, at + 1, first);
         ++in.Count;
         SetParent(child, childLevel, parent);
         if (in.Count == InnerCap) SplitInner(parent, childLevel + 1);
@@ -347,8 +367,8 @@ private:
             in.Child[1] = right;
             in.Sizes[0] = leftSize;
             in.Sizes[1] = rightSize;
-            in.First[0] = FirstOf(left, level);
-            in.First[1] = FirstOf(right, level);
+            SetFirst(in, 0, FirstOf(left, level));
+            SetFirst(in, 1, FirstOf(right, level));
             SetParent(left, level, root);
             SetParent(right, level, root);
             FRoot = root;
@@ -442,7 +462,7 @@ private:
         right.Count = total - newLeft;
         p.Sizes[li] = left.Count;
         p.Sizes[li + 1] = right.Count;
-        p.First[li + 1] = right.Slots[0];
+        SetFirst(p, li + 1, right.Slots[0]);
         FirstChanged(leftId, 0);
     }
 
@@ -497,7 +517,7 @@ private:
             leftSize += left.Sizes[i];
         p.Sizes[li + 1] += p.Sizes[li] - leftSize;
         p.Sizes[li] = leftSize;
-        p.First[li + 1] = right.First[0];
+        SetFirst(p, li + 1, right.First[0]);
     }
 
     // Checks the subtree of node and returns its slot count through Seen; Prev follows the leaf chain.
@@ -519,7 +539,8 @@ private:
         for (int32_t i = 0; i < in.Count; ++i) {
             int32_t under = 0;
             if (!ValidateNode(in.Child[i], level - 1, node, under, prev) || under != in.Sizes[i] ||
-                in.First[i] != FirstOf(in.Child[i], level - 1))
+                in.First[i] != FirstOf(in.Child[i], level - 1) ||
+                (FKeyOf && in.Keys[i] != FKeyOf(in.First[i])))
                 return false;
             seen += under;
         }
@@ -534,4 +555,5 @@ private:
     int FHeight = 0; // 0: the root is a leaf
     int32_t FSize = 0;
     TBlockVector<uint32_t> FLeafOf; // per slot, its leaf (None when absent)
+    std::function<uint64_t(int32_t)> FKeyOf;
 };

@@ -21,7 +21,9 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
     // well over a million rows, and a row costs about 6 bytes in the leaves plus 4 in the slot map.
     using TTree = TCountedSlotTree<128, 64>;
 
-    explicit TImpl(TNoticeStore& store) : Store(store) {}
+    explicit TImpl(TNoticeStore& store) : Store(store) {
+        Tree.SetOrderKey([this](int32_t slot) { return OrderKeyOf(Row(slot), Columns); });
+    }
 
     TNoticeStore& Store;
     TTree Tree;
@@ -70,8 +72,12 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
         Apply([&] {
             const bool member = IsMember(slot);
             const bool present = Tree.Contains(slot);
-            if (present && !(member && InPlace(slot))) Tree.Erase(slot);
-            if (member && !Tree.Contains(slot)) Insert(slot);
+            if (present && member && InPlace(slot)) {
+                Tree.Refresh(slot); // its values, so perhaps its order key, changed
+                return true;
+            }
+            if (present) Tree.Erase(slot);
+            if (member) Insert(slot);
             return member || present;
         });
     }

@@ -103,6 +103,34 @@ uint64_t NumericSortValue(const TNoticeRecord& Row, TNoticeField Field, TSortKin
                                    : IntegerSortValue(Row.AsInteger(Field));
 }
 
+uint64_t OrderKeyOf(const TNoticeRecord& Row, const std::vector<TSortColumn>& Columns) {
+    const uint64_t key = static_cast<uint32_t>(Row.AsInteger(nf_nb_internal_key)) & 0x7FFFFFFFu;
+    if (Columns.empty()) return key;
+    const TSortColumn& first = Columns[0];
+    const TSortKind kind = SortKindOf(first.Field);
+    if (kind == TSortKind::Integer && Columns.size() == 1) {
+        // 33 bits of value (null or any int32) above the key's 31.
+        constexpr uint64_t ValueMask = (uint64_t(1) << 33) - 1;
+        const uint64_t value = NumericSortValue(Row, first.Field, kind);
+        return ((first.Descending ? ValueMask - value : value) << 31) | key;
+    }
+    uint64_t digit = 0; // null
+    if (kind != TSortKind::Text) {
+        digit = NumericSortValue(Row, first.Field, kind);
+    } else if (!Row.IsNull(first.Field)) {
+        const std::string_view text = Row.AsString(first.Field);
+        if (IsAsciiText(text)) {
+            digit = TextDigit(text.data(), static_cast<uint32_t>(text.size()), 0, true);
+        } else {
+            // The first 8 code points (at most 32 bytes) fold to at least the 8 bytes the digit reads.
+            std::string folded;
+            AppendFoldedText(text.substr(0, 32), folded);
+            digit = TextDigit(folded.data(), static_cast<uint32_t>(folded.size()), 0, false);
+        }
+    }
+    return first.Descending ? ~digit : digit;
+}
+
 int CompareNoticeColumn(const TNoticeRecord& A, const TNoticeRecord& B, const TSortColumn& Column) {
     const TNoticeField f = Column.Field;
     const bool nullA = A.IsNull(f), nullB = B.IsNull(f);

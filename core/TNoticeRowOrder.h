@@ -15,6 +15,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // One column's comparison of two rows: <0, 0, >0, its direction applied.
 int CompareNoticeColumn(const TNoticeRecord& A, const TNoticeRecord& B, const TSortColumn& Column);
@@ -42,3 +43,26 @@ inline uint64_t IntegerSortValue(int32_t Value) {
 uint64_t DateSortValue(double Value);
 // A row's integer or date column as such a number (0 for null).
 uint64_t NumericSortValue(const TNoticeRecord& Row, TNoticeField Field, TSortKind Kind);
+
+// Chunk k of a text as a 64-bit digit: bytes [7k, 7k + 7) (zero-padded, ASCII letters lowered when Fold)
+// above a mark of 1 + the bytes left from 7k when they end within the chunk, or TextDigitMore when they go
+// on. Equal digits with a mark below TextDigitMore mean equal texts; a text that is a prefix of another
+// gets the smaller digit; a non-null text's first digit is never 0, which stands for null.
+constexpr uint64_t TextDigitMore = 9;
+inline uint64_t TextDigit(const char* Text, uint32_t Len, uint32_t Chunk, bool Fold) {
+    const uint32_t off = Chunk * 7;
+    const uint32_t left = Len - off;
+    const uint32_t n = left < 7 ? left : 7;
+    uint64_t d = 0;
+    for (uint32_t i = 0; i < 7; ++i) {
+        uint8_t c = i < n ? static_cast<uint8_t>(Text[off + i]) : 0;
+        if (Fold && c >= 'A' && c <= 'Z') c = static_cast<uint8_t>(c + ('a' - 'A'));
+        d = (d << 8) | c;
+    }
+    return (d << 8) | (left >= 8 ? TextDigitMore : left + 1);
+}
+
+// A number that never decreases along the order of Columns then the key (equal numbers decide nothing):
+// the whole order packed with the key when it is one integer column or none, else the first column's
+// first digit, its direction applied. Lets a search compare numbers instead of rows where they differ.
+uint64_t OrderKeyOf(const TNoticeRecord& Row, const std::vector<TSortColumn>& Columns);

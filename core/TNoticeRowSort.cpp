@@ -42,24 +42,6 @@ struct TRun {
 
 constexpr int32_t ComparisonRun = 16; // runs up to this size are finished by comparing rows
 constexpr int32_t InsertionRun = 64;  // digit sorts up to this size are insertion sorts
-constexpr uint64_t NullDigit = 0;
-constexpr uint64_t MoreMark = 9; // the text goes on after this chunk
-
-// Chunk k of a text as a digit: bytes [7k, 7k + 7) (zero-padded) above a mark of 1 + the bytes left from
-// 7k when they end within the chunk, or MoreMark when they go on. Equal digits with a mark below MoreMark
-// mean equal texts; a shorter text that is a prefix of a longer one gets the smaller digit.
-inline uint64_t TextDigit(const char* p, uint32_t len, uint32_t chunk, bool fold) {
-    const uint32_t off = chunk * 7;
-    const uint32_t left = len - off;
-    const uint32_t n = left < 7 ? left : 7;
-    uint64_t d = 0;
-    for (uint32_t i = 0; i < 7; ++i) {
-        uint8_t c = i < n ? static_cast<uint8_t>(p[off + i]) : 0;
-        if (fold && c >= 'A' && c <= 'Z') c = static_cast<uint8_t>(c + ('a' - 'A'));
-        d = (d << 8) | c;
-    }
-    return (d << 8) | (left >= 8 ? MoreMark : left + 1);
-}
 
 class TSorter {
 public:
@@ -111,8 +93,8 @@ private:
     // The step after one whose digits tied at Digit (in ascending form).
     TStep Next(const TStep& step, uint64_t digit) const {
         const TStep nextColumn{step.Column + 1, false, 0};
-        if (FKinds[step.Column] != TSortKind::Text || digit == NullDigit) return nextColumn;
-        if ((digit & 0xFF) == MoreMark) return {step.Column, step.Raw, step.Chunk + 1};
+        if (FKinds[step.Column] != TSortKind::Text || digit == 0) return nextColumn;
+        if ((digit & 0xFF) == TextDigitMore) return {step.Column, step.Raw, step.Chunk + 1};
         return step.Raw ? nextColumn : TStep{step.Column, true, 0}; // equal folded: their bytes decide
     }
 
@@ -156,7 +138,7 @@ private:
     // step, and going back to the row's bytes for the raw step).
     uint64_t FirstTextDigit(const TItem& item, TNoticeField f, bool raw) {
         const TNoticeRecord& row = Row(item.Slot);
-        if (row.IsNull(f)) return NullDigit;
+        if (row.IsNull(f)) return 0; // null
         const std::string_view text = row.AsString(f);
         TTextRef& t = FTexts[item.Ref];
         t = {text.data(), static_cast<uint32_t>(text.size()), false};

@@ -10,12 +10,20 @@
 namespace {
 
 // Drives a tree with tiny nodes (so that every split, merge, loan and root change happens within a few
-// hundred slots) against a sorted vector, ordering slots by a random priority.
+// hundred slots) against a sorted vector, ordering slots by a random priority. With order keys, the keys
+// are coarse (many slots share one) and wander between their neighbours' while their slots stay put.
 template <class Tree> class TTreeDriver {
 public:
-    explicit TTreeDriver(int32_t slots, uint32_t seed) : FRng(seed), FPrio(size_t(slots)) {
+    TTreeDriver(int32_t slots, uint32_t seed, bool keyed)
+        : FRng(seed), FPrio(size_t(slots)), FByPrio(size_t(slots)), FKey(size_t(slots)) {
         std::iota(FPrio.begin(), FPrio.end(), 0);
         std::shuffle(FPrio.begin(), FPrio.end(), FRng);
+        for (int32_t s = 0; s < slots; ++s) {
+            FByPrio[size_t(FPrio[size_t(s)])] = s;
+            FKey[size_t(s)] = uint64_t(FPrio[size_t(s)] / 3);
+        }
+        if (keyed) FTree.SetOrderKey([this](int32_t s) { return FKey[size_t(s)]; });
+        FKeyed = keyed;
     }
 
     void Insert(int32_t slot) {
@@ -35,10 +43,20 @@ public:
     void Step(int32_t target) {
         const int32_t slot = static_cast<int32_t>(FRng() % FPrio.size());
         const bool grow = int32_t(FModel.size()) < target ? FRng() % 4 != 0 : FRng() % 4 == 0;
-        if (FTree.Contains(slot) && !grow)
+        if (FKeyed && FTree.Contains(slot) && FRng() % 3 == 0)
+            MoveKey(slot);
+        else if (FTree.Contains(slot) && !grow)
             Erase(slot);
         else if (!FTree.Contains(slot) && grow)
             Insert(slot);
+    }
+    // A new key for a present slot, between the keys of its neighbours in the whole order.
+    void MoveKey(int32_t slot) {
+        const int32_t p = FPrio[size_t(slot)];
+        const uint64_t lo = p > 0 ? FKey[size_t(FByPrio[size_t(p - 1)])] : 0;
+        const uint64_t hi = p + 1 < int32_t(FPrio.size()) ? FKey[size_t(FByPrio[size_t(p + 1)])] : lo + 5;
+        FKey[size_t(slot)] = lo + FRng() % (hi - lo + 1);
+        FTree.Refresh(slot);
     }
 
     void Check() const {
@@ -88,12 +106,15 @@ private:
     }
     std::mt19937 FRng;
     std::vector<int32_t> FPrio;
+    std::vector<int32_t> FByPrio;
+    std::vector<uint64_t> FKey;
+    bool FKeyed = false;
     Tree FTree;
     std::vector<int32_t> FModel;
 };
 
-template <class Tree> void GrowShrinkAndReload(uint32_t seed) {
-    TTreeDriver<Tree> d(600, seed);
+template <class Tree> void GrowShrinkAndReload(uint32_t seed, bool keyed) {
+    TTreeDriver<Tree> d(600, seed, keyed);
     // Grow to a few hundred, shrink to nothing (the root collapses level by level), grow again.
     for (int32_t target : {400, 0, 250}) {
         for (int i = 0; i < 3000; ++i) {
@@ -117,9 +138,14 @@ template <class Tree> void GrowShrinkAndReload(uint32_t seed) {
 } // namespace
 
 TEST(TCountedSlotTree, TinyNodesFollowASortedVector) {
-    GrowShrinkAndReload<TCountedSlotTree<4, 4>>(1);
-    GrowShrinkAndReload<TCountedSlotTree<5, 5>>(2);
-    GrowShrinkAndReload<TCountedSlotTree<8, 6>>(3);
+    GrowShrinkAndReload<TCountedSlotTree<4, 4>>(1, false);
+    GrowShrinkAndReload<TCountedSlotTree<5, 5>>(2, false);
+    GrowShrinkAndReload<TCountedSlotTree<8, 6>>(3, false);
+}
+
+TEST(TCountedSlotTree, OrderKeysFollowTheFirstSlotsTheyStandFor) {
+    GrowShrinkAndReload<TCountedSlotTree<4, 4>>(4, true);
+    GrowShrinkAndReload<TCountedSlotTree<6, 5>>(5, true);
 }
 
 TEST(TCountedSlotTree, EraseOfAnAbsentSlotChangesNothing) {

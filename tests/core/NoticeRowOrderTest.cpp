@@ -113,3 +113,46 @@ TEST(NoticeRowOrder, FoldedBytesKeepTheFoldedOrder) {
         }
     }
 }
+
+// Order keys let a search skip rows where they differ, so they must never run against the order.
+TEST(NoticeRowOrder, OrderKeysNeverRunAgainstTheOrder) {
+    const std::vector<std::string> texts = {"",
+                                            "a",
+                                            "A",
+                                            "abcdefgh",
+                                            "ABCDEFGHI",
+                                            "abcdefg",
+                                            "\u00e9",
+                                            "\u00c9t\u00e9 \u00e0 la plage",
+                                            "\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3",
+                                            "zz\xff"};
+    std::mt19937 rng(3);
+    std::vector<TNoticeRecord> rows(300);
+    for (size_t i = 0; i < rows.size(); ++i) {
+        TNoticeRecord& r = rows[i];
+        r.SetInteger(nf_nb_internal_key, int32_t(i + 1));
+        if (rng() % 6)
+            r.SetInteger(nf_note_count, int32_t(rng() % 7) - 3 + (rng() % 9 == 0 ? INT32_MIN + 3 : 0));
+        if (rng() % 6) r.SetDateTime(nf_ack_date, double(int(rng() % 9) - 4) / 3);
+        if (rng() % 6)
+            r.SetString(nf_note_summary, texts[rng() % texts.size()] + texts[rng() % texts.size()]);
+    }
+    const std::vector<std::vector<TSortColumn>> orders = {
+        {},
+        {{nf_note_count, false}},
+        {{nf_note_count, true}},
+        {{nf_note_count, true}, {nf_note_summary, false}},
+        {{nf_ack_date, true}},
+        {{nf_note_summary, false}},
+        {{nf_note_summary, true}, {nf_note_count, false}},
+    };
+    for (const auto& cols : orders) {
+        for (const TNoticeRecord& a : rows) {
+            for (const TNoticeRecord& b : rows) {
+                if (CompareNoticeRows(a, b, cols) >= 0) continue;
+                ASSERT_LE(OrderKeyOf(a, cols), OrderKeyOf(b, cols))
+                    << a.AsInteger(nf_nb_internal_key) << " before " << b.AsInteger(nf_nb_internal_key);
+            }
+        }
+    }
+}

@@ -183,6 +183,37 @@ TEST(TNoticeGridView, BulkSortMatchesTheComparisonOnManyTies) {
     ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
 }
 
+// Enough rows for inner nodes, whose searches compare the order keys they keep for their children's first
+// rows: rows that change value without moving (so their keys change) must leave later insertions right.
+TEST(TNoticeGridView, InPlaceUpdatesKeepLaterInsertionsRight) {
+    for (const bool descending : {false, true}) {
+        SCOPED_TRACE(descending);
+        TNoticeStore store;
+        const auto add = [&](int32_t count) {
+            store.Append();
+            store.Buffer().SetInteger(nf_note_count, count);
+            store.Post();
+        };
+        constexpr int32_t Rows = 20000;
+        for (int32_t i = 0; i < Rows; ++i)
+            add(10 * i + 9);
+        TNoticeGridView view(store);
+        view.SetOrder({}, {{nf_note_count, descending}});
+        const uint64_t rebuilds = view.RebuildCount();
+        for (int32_t i = 0; i < Rows; ++i) { // every row moves down its gap and stays where it is
+            store.SetRecNo(i + 1);
+            store.Edit();
+            store.Buffer().SetInteger(nf_note_count, 10 * i + 1);
+            store.Post();
+        }
+        std::mt19937 rng(9);
+        for (int i = 0; i < 2000; ++i)
+            add(10 * int32_t(rng() % Rows) + 5);
+        ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+        EXPECT_EQ(view.RebuildCount(), rebuilds);
+    }
+}
+
 TEST(TNoticeGridView, RebuildsOnlyWhenTheFilterInEffectReallyChanges) {
     TRandomBoard b(3);
     for (int i = 0; i < 50; ++i)
