@@ -18,7 +18,7 @@
 
 struct TNoticeGridView::TImpl final : INoticeRowObserver {
     // Leaves of 128 slots (512 bytes) and inner nodes of 64 children: three levels above the leaves hold
-    // well over a million rows, and a row costs about 6 bytes in the leaves plus 4 in the slot map.
+    // well over a million rows, and a row costs about 5 bytes in the leaves plus 4 in the slot map.
     using TTree = TCountedSlotTree<128, 64>;
 
     explicit TImpl(TNoticeStore& store) : Store(store) {
@@ -97,6 +97,7 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
         if (Stale || Member != Store.ActiveFilter()) Rebuild();
     }
     void Rebuild() {
+        Stale = true; // until it has finished: a failure leaves the rebuild to the next read
         Member = Store.ActiveFilter();
         std::vector<int32_t> slots;
         const int32_t count = Store.SlotCount();

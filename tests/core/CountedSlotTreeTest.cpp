@@ -147,15 +147,3 @@ TEST(TCountedSlotTree, OrderKeysFollowTheFirstSlotsTheyStandFor) {
     GrowShrinkAndReload<TCountedSlotTree<4, 4>>(4, true);
     GrowShrinkAndReload<TCountedSlotTree<6, 5>>(5, true);
 }
-
-TEST(TCountedSlotTree, EraseOfAnAbsentSlotChangesNothing) {
-    TCountedSlotTree<4, 4> tree;
-    tree.Erase(3);
-    const int32_t slots[] = {5, 1, 9};
-    tree.Assign(slots, 3);
-    tree.Erase(2);
-    tree.Erase(100);
-    EXPECT_EQ(tree.Size(), 3);
-    EXPECT_EQ(tree.At(0), 5);
-    EXPECT_TRUE(tree.Validate());
-}
