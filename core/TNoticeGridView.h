@@ -13,6 +13,8 @@
 // the rows, not the switch, so a message costs O(changed rows * log n) however many rows there are).
 //
 // Ownership: the grid (or a report, a test) owns the view; the store must outlive it. Board thread only.
+// Failures: a read that has to rebuild the view raises std::bad_alloc when memory runs out; the store is
+// never affected and the view rebuilds at the next read.
 #pragma once
 
 #include "core/TGridLayout.h"
@@ -69,9 +71,13 @@ public:
     // false to stop. O(groups * log n + rows visited).
     void WalkNodes(const std::function<bool(const TGridNode&)>& Visit) const;
 
-    // Changes whenever the rows of the view or their order change; a grid compares it to decide whether
-    // to repaint.
+    // Changes whenever the rows of the view, their values or their order change; a grid compares it to
+    // decide whether to repaint.
     uint64_t Revision() const;
+
+    // Diagnostic: how many times the view has read every row of the store again (setting the order, a new
+    // filter in effect, an emptied or copied store). Rows changed one by one never add to it.
+    uint64_t RebuildCount() const;
 
 private:
     struct TImpl;

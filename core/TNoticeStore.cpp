@@ -27,6 +27,7 @@ void TNoticeStore::CopyFrom(const TNoticeStore& other) {
     FFilterText = other.FFilterText;
     FFilter = other.FFilter;
     FFiltered = other.FFiltered;
+    TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }
 
@@ -40,6 +41,7 @@ void TNoticeStore::EmptyDataSet() {
     FBof = FEof = true;
     FState = TDataSetState::dsBrowse;
     FBuffer = TNoticeRecord();
+    TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }
 
@@ -110,6 +112,7 @@ void TNoticeStore::Post() {
         FBuffer = TNoticeRecord();
         if (keyed) FKeyIndex.Insert(slot, hash);
         FState = TDataSetState::dsBrowse;
+        TellObservers([slot](INoticeRowObserver& o) { o.RowInserted(slot); });
         if (SlotVisible(slot)) SetCurrent(slot);
         NotifyDataSet();
         return;
@@ -125,6 +128,7 @@ void TNoticeStore::Post() {
     if (keyed) FKeyIndex.Insert(slot);
     if (FFilter) FPassing.Set(slot, Passes(FRows[slot]));
     FState = TDataSetState::dsBrowse;
+    TellObservers([slot](INoticeRowObserver& o) { o.RowUpdated(slot); });
     if (SlotVisible(slot) != wasVisible) {
         if (!SlotVisible(slot)) SettleAfterLoss(slot);
         NotifyDataSet();
@@ -150,6 +154,7 @@ void TNoticeStore::Delete() {
     FRows[slot] = TNoticeRecord(); // a tombstone: frees the text, the key is never reused
     FAlive.Set(slot, false);
     if (FFilter) FPassing.Set(slot, false);
+    TellObservers([slot](INoticeRowObserver& o) { o.RowDeleted(slot); });
     SettleAfterLoss(slot);
     NotifyDataSet();
 }

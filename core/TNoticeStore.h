@@ -55,6 +55,24 @@ public:
     virtual void CurrentChanged() {}
 };
 
+// What an ordered view of the rows (the grid's row order) hears: every change of the rows, whether or not
+// the attached views are detached, at once and before the store tells its listeners or moves its current
+// row, so that a listener that reads such a view finds it up to date. Rows are named by slot (read them
+// with TNoticeStore::RowBySlot); a row keeps its slot for its life. Called on the store's thread from
+// inside the store's operations: an observer must not change the store from these calls and must not throw.
+class INoticeRowObserver {
+public:
+    virtual ~INoticeRowObserver() = default;
+    // A new row was posted at Slot (its filter mark is already set).
+    virtual void RowInserted(int32_t Slot) = 0;
+    // An edit of the row at Slot was posted: its new values are in place, its old ones are gone.
+    virtual void RowUpdated(int32_t Slot) = 0;
+    // The row at Slot was deleted; the slot is no longer live.
+    virtual void RowDeleted(int32_t Slot) = 0;
+    // Anything may have changed: the rows and their slots (emptied, copied) or the compiled filter.
+    virtual void RowsReset() = 0;
+};
+
 using TBookmark = int32_t; // the row's nb_internal_key; 0 = none
 
 class TNoticeStore {
@@ -132,6 +150,26 @@ public:
     // Visits the rows the filter passes, in key order, without moving the current row.
     void ForEachRow(const std::function<void(const TNoticeRecord&)>& visit) const;
 
+    // Rows by slot, for ordered views that keep their own order of the rows. Slots run from 0 to
+    // SlotCount() - 1; a deleted row leaves a slot that is not live (and reads as an all-null row).
+    int32_t SlotCount() const { return FRows.Size(); }
+    bool SlotLive(int32_t slot) const { return FAlive.Get(slot); }
+    const TNoticeRecord& RowBySlot(int32_t slot) const { return FRows[slot]; }
+    // The slot of the live row with this nb_internal_key, or -1.
+    int32_t SlotOfKey(int32_t key) const {
+        return key >= 1 && key < FNextKey && FAlive.Get(key - 1) ? key - 1 : -1;
+    }
+    // The compiled filter of the filter text (null without one), whether or not filtering is on, and
+    // whether a live slot's row passes it (every live row passes when there is none). The marks are kept
+    // while filtering is switched off, so a view can follow the filter's rows across a notice message.
+    const IRowFilter* FilterObject() const { return FFilter.get(); }
+    bool SlotPasses(int32_t slot) const { return FFilter ? FPassing.Get(slot) : FAlive.Get(slot); }
+    // The filter in effect: FilterObject() while Filtered(), else null.
+    const IRowFilter* ActiveFilter() const { return FilterActive() ? FFilter.get() : nullptr; }
+    // Row observers (not owned; each must outlive its registration). Not copied by CopyFrom.
+    void AddRowObserver(INoticeRowObserver* observer);
+    void RemoveRowObserver(INoticeRowObserver* observer);
+
 private:
     bool FilterActive() const { return FFiltered && FFilter != nullptr; }
     const TFenwickTree& Visible() const { return FilterActive() ? FPassing : FAlive; }
@@ -145,6 +183,10 @@ private:
     void NotifyDataSet();
     void NotifyRecord(int32_t key);
     void NotifyCurrent();
+    template <class F> void TellObservers(F&& tell) {
+        for (INoticeRowObserver* o : FObservers)
+            tell(*o);
+    }
 
     TNoticeRows FRows;     // slot = nb_internal_key - 1; a deleted row is all null
     TFenwickTree FAlive;   // 1 for every live row
@@ -160,6 +202,7 @@ private:
     int32_t FDisableCount = 0;
     bool FChangedWhileDisabled = false;
     std::vector<INoticeStoreListener*> FListeners;
+    std::vector<INoticeRowObserver*> FObservers;
     TRowFilterCompiler FCompiler;
     std::string FFilterText;
     std::shared_ptr<const IRowFilter> FFilter;

@@ -101,6 +101,15 @@ void TNoticeStore::RemoveListener(INoticeStoreListener* listener) {
     FListeners.erase(std::remove(FListeners.begin(), FListeners.end(), listener), FListeners.end());
 }
 
+void TNoticeStore::AddRowObserver(INoticeRowObserver* observer) {
+    if (observer && std::find(FObservers.begin(), FObservers.end(), observer) == FObservers.end())
+        FObservers.push_back(observer);
+}
+
+void TNoticeStore::RemoveRowObserver(INoticeRowObserver* observer) {
+    FObservers.erase(std::remove(FObservers.begin(), FObservers.end(), observer), FObservers.end());
+}
+
 void TNoticeStore::NotifyDataSet() {
     if (FDisableCount > 0) {
         FChangedWhileDisabled = true;
@@ -153,6 +162,7 @@ void TNoticeStore::SetFilterText(const std::string& text) {
     FFilterText = text;
     FFilter = std::move(filter);
     RecomputePassing();
+    TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     if (FFiltered && FState == TDataSetState::dsBrowse) First();
     NotifyDataSet();
 }

@@ -222,6 +222,49 @@ TEST(TNoticeStore, ListenersHearOnceAfterControlsAreReEnabled) {
     store.RemoveListener(&listener);
 }
 
+// Row observers hear every change at once, detached views or not, with the slot's filter mark already set.
+TEST(TNoticeStore, RowObserversHearEveryChangeEvenWhileDetached) {
+    struct TLog : INoticeRowObserver {
+        const TNoticeStore* Store = nullptr;
+        std::vector<std::string> Events;
+        void Add(const char* what, int32_t slot) {
+            Events.push_back(std::string(what) + std::to_string(slot) +
+                             (Store->SlotPasses(slot) ? "+" : "-"));
+        }
+        void RowInserted(int32_t slot) override { Add("ins", slot); }
+        void RowUpdated(int32_t slot) override { Add("upd", slot); }
+        void RowDeleted(int32_t slot) override { Add("del", slot); }
+        void RowsReset() override { Events.push_back("reset"); }
+    } log;
+    TNoticeStore store;
+    log.Store = &store;
+    store.SetFilterCompiler(CompileSeverity);
+    store.AddRowObserver(&log);
+    store.SetFilterText("2");
+    store.DisableControls();
+    AddRow(store, "a", 2);
+    AddRow(store, "b", 1);
+    store.Append();
+    store.Cancel(); // nothing posted, nothing heard
+    store.First();
+    store.Edit();
+    store.Buffer().SetInteger(nf_note_severity, 3);
+    store.Post();
+    store.Delete();
+    store.EnableControls();
+    TNoticeStore copy;
+    copy.AddRowObserver(&log);
+    copy.CopyFrom(store);
+    copy.EmptyDataSet();
+    copy.RemoveRowObserver(&log);
+    copy.EmptyDataSet();
+    EXPECT_EQ(log.Events,
+              (std::vector<std::string>{"reset", "ins0+", "ins1-", "upd0-", "del0-", "reset", "reset"}));
+    EXPECT_EQ(store.SlotOfKey(1), -1);
+    EXPECT_EQ(store.SlotOfKey(2), 1);
+    EXPECT_EQ(store.SlotOfKey(3), -1);
+}
+
 TEST(TNoticeStore, CopyTakesRowsFilterAndKeyCounter) {
     TNoticeStore store;
     store.SetFilterCompiler(CompileSeverity);

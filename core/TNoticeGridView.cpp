@@ -1,0 +1,245 @@
+// The view keeps the member slots in a counted B+tree (TCountedSlotTree): positions and the slot at a
+// position come from the counts, and the tree's slot-to-leaf map finds a row that was updated or deleted
+// without comparing it (its old values are gone by the time the store says so). Only insertions compare,
+// O(log n) times. The tree refers to rows by slot only and reads them through the store, so a store that
+// renumbers its slots can have the view rewrite them in one pass.
+//
+// Membership is decided by the filter the view was built for (Member): null means every live row, else
+// the store's compiled filter, whose pass marks the store keeps even while filtering is switched off. So
+// the switch a notice message flips off and on again changes nothing here; the filter in effect is
+// compared when the view is next read, and the view is rebuilt only when it really differs.
+#include "core/TNoticeGridView.h"
+
+#include "core/TCountedSlotTree.h"
+#include "core/TNoticeRowOrder.h"
+#include "core/TNoticeRowSort.h"
+
+#include <algorithm>
+
+struct TNoticeGridView::TImpl final : INoticeRowObserver {
+    // Leaves of 128 slots (512 bytes) and inner nodes of 64 children: three levels above the leaves hold
+    // well over a million rows, and a row costs about 5 bytes in the leaves plus 4 in the slot map.
+    using TTree = TCountedSlotTree<128, 64>;
+
+    explicit TImpl(TNoticeStore& store) : Store(store) {
+        Tree.SetOrderKey([this](int32_t slot) { return OrderKeyOf(Row(slot), Columns); });
+    }
+
+    TNoticeStore& Store;
+    TTree Tree;
+    std::vector<TSortColumn> Groups;
+    std::vector<TSortColumn> Sorts;
+    std::vector<TSortColumn> Columns; // Groups then Sorts: the order applied
+    const IRowFilter* Member = nullptr;
+    bool Stale = true; // rebuild at the next read
+    uint64_t Revision = 1;
+    uint64_t Rebuilds = 0;
+
+    const TNoticeRecord& Row(int32_t slot) const { return Store.RowBySlot(slot); }
+    bool IsMember(int32_t slot) const { return Member ? Store.SlotPasses(slot) : Store.SlotLive(slot); }
+    bool Before(int32_t a, int32_t b) const { return CompareNoticeRows(Row(a), Row(b), Columns) < 0; }
+
+    void Insert(int32_t slot) {
+        Tree.Insert(slot, [this, slot](int32_t other) { return Before(other, slot); });
+    }
+    // Whether a present row still sits between its neighbours.
+    bool InPlace(int32_t slot) const {
+        const int32_t prev = Tree.Neighbour(slot, -1), next = Tree.Neighbour(slot, +1);
+        return (prev < 0 || Before(prev, slot)) && (next < 0 || Before(slot, next));
+    }
+
+    // Events are applied relative to Member; while the view is stale they are left to the rebuild. Change
+    // says whether the view's rows changed. A failure (memory) makes the view stale rather than reaching
+    // the store.
+    template <class F> void Apply(F&& change) noexcept {
+        if (Stale) return;
+        if (Member && Member != Store.FilterObject()) Stale = true; // a filter changed unannounced
+        try {
+            if (Stale || change()) ++Revision;
+        } catch (...) {
+            Stale = true;
+            ++Revision;
+        }
+    }
+    void RowInserted(int32_t slot) override {
+        Apply([&] {
+            if (!IsMember(slot)) return false;
+            Insert(slot);
+            return true;
+        });
+    }
+    void RowUpdated(int32_t slot) override {
+        Apply([&] {
+            const bool member = IsMember(slot);
+            const bool present = Tree.Contains(slot);
+            if (present && member && InPlace(slot)) {
+                Tree.Refresh(slot); // its values, so perhaps its order key, changed
+                return true;
+            }
+            if (present) Tree.Erase(slot);
+            if (member) Insert(slot);
+            return member || present;
+        });
+    }
+    void RowDeleted(int32_t slot) override {
+        Apply([&] {
+            const bool present = Tree.Contains(slot);
+            Tree.Erase(slot);
+            return present;
+        });
+    }
+    void RowsReset() override {
+        Stale = true;
+        ++Revision;
+    }
+
+    void Sync() {
+        if (Stale || Member != Store.ActiveFilter()) Rebuild();
+    }
+    void Rebuild() {
+        Stale = true; // until it has finished: a failure leaves the rebuild to the next read
+        Member = Store.ActiveFilter();
+        std::vector<int32_t> slots;
+        const int32_t count = Store.SlotCount();
+        slots.reserve(static_cast<size_t>(Member ? Store.RecordCount() : Store.TotalCount()));
+        for (int32_t s = 0; s < count; ++s)
+            if (IsMember(s)) slots.push_back(s);
+        SortNoticeSlots(Store, Columns, slots);
+        Tree.Assign(slots.data(), static_cast<int32_t>(slots.size()));
+        Stale = false;
+        ++Revision;
+        ++Rebuilds;
+    }
+
+    // The end of the run that shares group columns 0..Level with the row at First.
+    int32_t GroupEnd(int Level, int32_t First) const {
+        const TNoticeRecord& row = Row(Tree.At(First));
+        const TSortColumn* cols = Columns.data();
+        return Tree.Partition(
+            [&](int32_t s) { return CompareNoticeColumns(Row(s), row, cols, size_t(Level) + 1) <= 0; });
+    }
+
+    bool WalkGroups(int Level, int32_t Begin, int32_t End,
+                    const std::function<bool(const TGridNode&)>& Visit) const {
+        for (int32_t first = Begin; first < End;) {
+            const int32_t end = GroupEnd(Level, first);
+            TGridNode head;
+            head.IsGroup = true;
+            head.Level = Level;
+            head.Field = Groups[size_t(Level)].Field;
+            head.Row = &Row(Tree.At(first));
+            head.Position = first;
+            head.RowCount = end - first;
+            if (!Visit(head)) return false;
+            const bool more = size_t(Level) + 1 < Groups.size() ? WalkGroups(Level + 1, first, end, Visit)
+                                                                : WalkRows(first, end, Visit);
+            if (!more) return false;
+            first = end;
+        }
+        return true;
+    }
+    bool WalkRows(int32_t Begin, int32_t End, const std::function<bool(const TGridNode&)>& Visit) const {
+        TGridNode node;
+        node.Level = static_cast<int>(Groups.size());
+        node.RowCount = 1;
+        node.Position = Begin;
+        bool go = true;
+        Tree.ForEachFrom(Begin, [&](int32_t slot) {
+            if (node.Position >= End) return false;
+            node.Row = &Row(slot);
+            go = Visit(node);
+            ++node.Position;
+            return go;
+        });
+        return go;
+    }
+};
+
+TNoticeGridView::TNoticeGridView(TNoticeStore& Store) : FStore(Store), FImpl(std::make_unique<TImpl>(Store)) {
+    FStore.AddRowObserver(FImpl.get());
+}
+
+TNoticeGridView::~TNoticeGridView() {
+    FStore.RemoveRowObserver(FImpl.get());
+}
+
+void TNoticeGridView::SetOrder(std::vector<TSortColumn> GroupColumns, std::vector<TSortColumn> SortColumns) {
+    std::vector<TSortColumn> groups, sorts;
+    const auto named = [&](TNoticeField f) {
+        const auto same = [f](const TSortColumn& c) { return c.Field == f; };
+        return std::any_of(groups.begin(), groups.end(), same) ||
+               std::any_of(sorts.begin(), sorts.end(), same);
+    };
+    for (const TSortColumn& c : GroupColumns)
+        if (!named(c.Field)) groups.push_back(c);
+    for (const TSortColumn& c : SortColumns)
+        if (!named(c.Field)) sorts.push_back(c);
+    TImpl& v = *FImpl;
+    if (groups == v.Groups && sorts == v.Sorts) return;
+    v.Groups = std::move(groups);
+    v.Sorts = std::move(sorts);
+    v.Columns = v.Groups;
+    v.Columns.insert(v.Columns.end(), v.Sorts.begin(), v.Sorts.end());
+    v.Rebuild();
+}
+
+const std::vector<TSortColumn>& TNoticeGridView::GroupColumns() const {
+    return FImpl->Groups;
+}
+
+const std::vector<TSortColumn>& TNoticeGridView::SortColumns() const {
+    return FImpl->Sorts;
+}
+
+int32_t TNoticeGridView::RowCount() const {
+    FImpl->Sync();
+    return FImpl->Tree.Size();
+}
+
+const TNoticeRecord* TNoticeGridView::RowAt(int32_t Position) const {
+    FImpl->Sync();
+    const int32_t slot = FImpl->Tree.At(Position);
+    return slot < 0 ? nullptr : &FStore.RowBySlot(slot);
+}
+
+int32_t TNoticeGridView::KeyAt(int32_t Position) const {
+    const TNoticeRecord* row = RowAt(Position);
+    return row ? row->AsInteger(nf_nb_internal_key) : 0;
+}
+
+int32_t TNoticeGridView::PositionOf(int32_t Key) const {
+    FImpl->Sync();
+    const int32_t slot = FStore.SlotOfKey(Key);
+    return slot < 0 ? -1 : FImpl->Tree.PositionOf(slot);
+}
+
+void TNoticeGridView::GroupRange(int Level, int32_t Position, int32_t& First, int32_t& Count) const {
+    TImpl& v = *FImpl;
+    v.Sync();
+    First = 0;
+    Count = 0;
+    if (Level < 0 || size_t(Level) >= v.Groups.size() || Position < 0 || Position >= v.Tree.Size()) return;
+    const TNoticeRecord& row = v.Row(v.Tree.At(Position));
+    const TSortColumn* cols = v.Columns.data();
+    First = v.Tree.Partition(
+        [&](int32_t s) { return CompareNoticeColumns(v.Row(s), row, cols, size_t(Level) + 1) < 0; });
+    Count = v.GroupEnd(Level, Position) - First;
+}
+
+void TNoticeGridView::WalkNodes(const std::function<bool(const TGridNode&)>& Visit) const {
+    TImpl& v = *FImpl;
+    v.Sync();
+    if (v.Groups.empty())
+        v.WalkRows(0, v.Tree.Size(), Visit);
+    else
+        v.WalkGroups(0, 0, v.Tree.Size(), Visit);
+}
+
+uint64_t TNoticeGridView::Revision() const {
+    FImpl->Sync();
+    return FImpl->Revision;
+}
+
+uint64_t TNoticeGridView::RebuildCount() const {
+    return FImpl->Rebuilds;
+}

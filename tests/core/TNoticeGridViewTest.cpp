@@ -1,0 +1,288 @@
+#include "GridViewCheck.h"
+
+#include "core/FilterExpression.h"
+#include "core/TNoticeRowOrder.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+// Texts that share long prefixes, differ in letter case only, leave ASCII, or are not UTF-8 at all.
+// clang-format off
+const char* const Pieces[] = {
+    "", "a", "A", "disk full", "DISK FULL", "Disk Full", "Tablespace TS_1", "tablespace ts_12 is 91% full",
+    "TABLESPACE TS_1", "\u00e9t\u00e9", "\u00c9T\u00c9", "stra\u00dfe", "STRASSE", "\u03a9mega", "\u03c9MEGA",
+    "_x", "zeta", "Zeta", "\xff\xfe"};
+// clang-format on
+
+class TRandomBoard {
+public:
+    explicit TRandomBoard(uint32_t seed) : FRng(seed) { FStore.SetFilterCompiler(CompileFilterExpression); }
+
+    TNoticeStore& Store() { return FStore; }
+    std::mt19937& Rng() { return FRng; }
+    uint32_t Pick(uint32_t n) { return FRng() % n; }
+
+    std::string Text(bool longOnes) {
+        std::string s = Pieces[Pick(std::size(Pieces))];
+        if (longOnes)
+            for (uint32_t n = Pick(3); n > 0; --n)
+                s += std::string(" ") + Pieces[Pick(std::size(Pieces))];
+        return s;
+    }
+    // Sets one of the fields the orders and filters below use, or makes it null.
+    void Randomize(TNoticeRecord& r, TNoticeField f) {
+        if (Pick(8) == 0) {
+            r.SetNull(f);
+            return;
+        }
+        switch (f) {
+        case nf_note_severity:
+            r.SetInteger(f, int32_t(1 + Pick(4)));
+            break;
+        case nf_note_count:
+            r.SetInteger(f, int32_t(Pick(200)) - 50);
+            break;
+        case nf_note_raised_date:
+            r.SetDateTime(f, 46000 + Pick(30) / 4.0);
+            break;
+        case nf_note_summary:
+            r.SetString(f, Text(true));
+            break;
+        default:
+            r.SetString(f, Text(false));
+            break;
+        }
+    }
+    static constexpr TNoticeField Fields[] = {nf_note_severity,      nf_note_count,    nf_note_raised_date,
+                                              nf_note_summary,       nf_note_pvo_node, nf_adpt_source_id,
+                                              nf_note_group_notified};
+
+    void Insert() {
+        FStore.Append();
+        FStore.Buffer().SetString(nf_adpt_orig_key, "K" + std::to_string(++FKeys));
+        for (TNoticeField f : Fields)
+            Randomize(FStore.Buffer(), f);
+        FStore.Post();
+    }
+    // Moves to a random visible row; false when there is none.
+    bool GoToRandomRow() {
+        if (FStore.RecordCount() == 0) return false;
+        FStore.SetRecNo(int32_t(1 + Pick(uint32_t(FStore.RecordCount()))));
+        return true;
+    }
+    void Update() {
+        if (!GoToRandomRow()) return;
+        FStore.Edit();
+        switch (Pick(4)) {
+        case 0: // a value no order reads
+            FStore.Buffer().SetString(nf_note_text, Text(true));
+            break;
+        case 1: // nothing at all
+            break;
+        default:
+            for (uint32_t n = 1 + Pick(2); n > 0; --n)
+                Randomize(FStore.Buffer(), Fields[Pick(std::size(Fields))]);
+        }
+        FStore.Post();
+    }
+    void Delete() {
+        if (GoToRandomRow()) FStore.Delete();
+    }
+    void RandomChange() {
+        const uint32_t p = Pick(10);
+        if (p < 4)
+            Insert();
+        else if (p < 8)
+            Update();
+        else
+            Delete();
+    }
+
+    std::vector<TSortColumn> RandomColumns(uint32_t most) {
+        std::vector<TSortColumn> cols;
+        for (uint32_t n = Pick(most + 1); n > 0; --n)
+            cols.push_back({Fields[Pick(std::size(Fields))], Pick(2) == 0});
+        return cols;
+    }
+
+private:
+    std::mt19937 FRng;
+    TNoticeStore FStore;
+    int FKeys = 0;
+};
+
+const char* const FilterTexts[] = {"", "note_severity >= 2", "note_count < 60 OR note_count IS NULL",
+                                   "note_summary LIKE '%a%'"};
+
+} // namespace
+
+// Thousands of random changes, some applied as a notice message applies them (views detached, filtering
+// switched off and back on), with filters and orders changing in between: after each batch the view is
+// the brute-force sort, position by position, key by key, group by group.
+TEST(TNoticeGridView, FollowsRandomChangesLikeABruteForceSort) {
+    for (uint32_t seed : {11u, 12u, 13u}) {
+        SCOPED_TRACE(seed);
+        TRandomBoard b(seed);
+        TNoticeGridView view(b.Store());
+        for (int i = 0; i < 300; ++i)
+            b.Insert();
+        for (int batch = 0; batch < 60; ++batch) {
+            switch (b.Pick(6)) {
+            case 0:
+                view.SetOrder(b.RandomColumns(2), b.RandomColumns(3));
+                break;
+            case 1:
+                b.Store().SetFilterText(FilterTexts[b.Pick(std::size(FilterTexts))]);
+                break;
+            case 2:
+                b.Store().SetFiltered(!b.Store().Filtered());
+                break;
+            default:
+                break;
+            }
+            ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+            const uint64_t rebuilds = view.RebuildCount();
+            const uint64_t revision = view.Revision();
+            const bool asMessage = b.Pick(2) == 0;
+            const bool wasFiltered = b.Store().Filtered();
+            if (asMessage) {
+                b.Store().DisableControls();
+                b.Store().SetFiltered(false);
+            }
+            for (int i = 0; i < 40; ++i)
+                b.RandomChange();
+            if (asMessage) {
+                b.Store().SetFiltered(wasFiltered);
+                b.Store().EnableControls();
+            }
+            ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+            EXPECT_EQ(view.RebuildCount(), rebuilds) << "rows changed one by one must not rebuild";
+            EXPECT_NE(view.Revision(), revision);
+        }
+    }
+}
+
+// Large runs of equal values, equal texts in every letter case and texts that share long prefixes go
+// through every refinement step of the bulk sort.
+TEST(TNoticeGridView, BulkSortMatchesTheComparisonOnManyTies) {
+    TRandomBoard b(5);
+    for (int i = 0; i < 3000; ++i)
+        b.Insert();
+    TNoticeGridView view(b.Store());
+    for (int i = 0; i < 12; ++i) {
+        view.SetOrder(b.RandomColumns(2), b.RandomColumns(3));
+        ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+    }
+    view.SetOrder({}, {{nf_note_summary, true}, {nf_adpt_source_id, false}});
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+}
+
+// Enough rows for inner nodes, whose searches compare the order keys they keep for their children's first
+// rows: rows that change value without moving (so their keys change) must leave later insertions right.
+TEST(TNoticeGridView, InPlaceUpdatesKeepLaterInsertionsRight) {
+    for (const bool descending : {false, true}) {
+        SCOPED_TRACE(descending);
+        TNoticeStore store;
+        const auto add = [&](int32_t count) {
+            store.Append();
+            store.Buffer().SetInteger(nf_note_count, count);
+            store.Post();
+        };
+        constexpr int32_t Rows = 20000;
+        for (int32_t i = 0; i < Rows; ++i)
+            add(10 * i + 9);
+        TNoticeGridView view(store);
+        view.SetOrder({}, {{nf_note_count, descending}});
+        const uint64_t rebuilds = view.RebuildCount();
+        for (int32_t i = 0; i < Rows; ++i) { // every row moves down its gap and stays where it is
+            store.SetRecNo(i + 1);
+            store.Edit();
+            store.Buffer().SetInteger(nf_note_count, 10 * i + 1);
+            store.Post();
+        }
+        std::mt19937 rng(9);
+        for (int i = 0; i < 2000; ++i)
+            add(10 * int32_t(rng() % Rows) + 5);
+        ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+        EXPECT_EQ(view.RebuildCount(), rebuilds);
+    }
+}
+
+TEST(TNoticeGridView, RebuildsOnlyWhenTheFilterInEffectReallyChanges) {
+    TRandomBoard b(3);
+    for (int i = 0; i < 50; ++i)
+        b.Insert();
+    TNoticeGridView view(b.Store());
+    view.SetOrder({}, {{nf_note_severity, false}});
+    const uint64_t built = view.RebuildCount();
+    b.Store().SetFilterText("note_severity >= 3"); // not in effect until filtering is on
+    EXPECT_EQ(view.RowCount(), 50);
+    b.Store().SetFiltered(true);
+    EXPECT_EQ(view.RowCount(), b.Store().RecordCount());
+    const uint64_t filtered = view.RebuildCount();
+    EXPECT_GT(filtered, built);
+    // Off and on again before anyone reads: nothing to do.
+    b.Store().SetFiltered(false);
+    b.Insert();
+    b.Store().SetFiltered(true);
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+    EXPECT_EQ(view.RebuildCount(), filtered);
+    // Read while off: all rows, then the filter's rows again.
+    b.Store().SetFiltered(false);
+    EXPECT_EQ(view.RowCount(), 51);
+    b.Store().SetFiltered(true);
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+    EXPECT_EQ(view.RebuildCount(), filtered + 2);
+    // Emptied and refilled.
+    b.Store().EmptyDataSet();
+    EXPECT_EQ(view.RowCount(), 0);
+    b.Insert();
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+}
+
+// A field named twice counts at its first place: a grouped field is not sorted again, and a group
+// column's direction orders its groups.
+TEST(TNoticeGridView, RepeatedFieldsCountOnceAtTheirFirstPlace) {
+    TRandomBoard b(4);
+    for (int i = 0; i < 40; ++i)
+        b.Insert();
+    TNoticeGridView view(b.Store());
+    view.SetOrder({{nf_note_pvo_node, true}, {nf_note_pvo_node, false}},
+                  {{nf_note_pvo_node, false}, {nf_note_severity, false}, {nf_note_severity, true}});
+    ASSERT_EQ(view.GroupColumns(), (std::vector<TSortColumn>{{nf_note_pvo_node, true}}));
+    ASSERT_EQ(view.SortColumns(), (std::vector<TSortColumn>{{nf_note_severity, false}}));
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(view));
+    int32_t first = -1, count = -1;
+    view.GroupRange(1, 0, first, count); // no such level
+    EXPECT_EQ(count, 0);
+}
+
+// Whoever hears the store's own notices (the grid's model) finds the view already in step.
+TEST(TNoticeGridView, IsInStepWhenTheStoreTellsItsListeners) {
+    struct TReader : INoticeStoreListener {
+        const TNoticeGridView* View = nullptr;
+        int Checks = 0;
+        void DataSetChanged() override { Check(); }
+        void RecordChanged(int32_t) override { Check(); }
+        void CurrentChanged() override { Check(); }
+        void Check() {
+            ++Checks;
+            ExpectViewMatches(*View);
+        }
+    } reader;
+    TRandomBoard b(8);
+    TNoticeGridView view(b.Store());
+    view.SetOrder({}, {{nf_note_summary, false}});
+    reader.View = &view;
+    b.Store().AddListener(&reader);
+    for (int i = 0; i < 60; ++i)
+        b.RandomChange();
+    b.Store().RemoveListener(&reader);
+    EXPECT_GT(reader.Checks, 60);
+}
