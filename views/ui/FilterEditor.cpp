@@ -7,6 +7,7 @@
 #include "views/NameChecks.h"
 #include "views/ui/FilterLineEditor.h"
 #include "views/ui/ListSelection.h"
+#include "views/ui/WaitCursor.h"
 
 #include <QApplication>
 #include <QFocusEvent>
@@ -25,7 +26,10 @@ void ShowError(const std::exception& e) {
 TfrmFilterEditor::TfrmFilterEditor(const TNoticeStore& Notices, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::frmFilterEditor>()) {
     ui->setupUi(this);
-    cdsTestFilter.CopyFrom(Notices);
+    {
+        const TWaitCursor wait;
+        cdsTestFilter.CopyFrom(Notices);
+    }
     // The copy starts unfiltered: the board's own filter is no part of what is being tried here.
     cdsTestFilter.SetFiltered(false);
     cdsTestFilter.SetFilterText("");
@@ -170,15 +174,19 @@ void TfrmFilterEditor::btnDeleteClick() {
 
 void TfrmFilterEditor::btnCheckSyntaxClick() {
     if (!SettleNameCheck()) return;
+    std::string failure;
     try {
+        const TWaitCursor wait; // the test copy recounts every notice
         cdsTestFilter.SetFiltered(false);
         cdsTestFilter.SetFilterText(FFilter.GetFilterString());
         cdsTestFilter.SetFiltered(true);
-        NBPrompt().ShowMessage("Filter syntax OK");
     } catch (const std::exception& e) {
-        NBPrompt().ShowMessage(std::string("Bad filter syntax.\r\nReason:\r\n") + e.what(),
-                               TMsgDlgType::mtError);
+        failure = std::string("Bad filter syntax.\r\nReason:\r\n") + e.what();
     }
+    if (failure.empty())
+        NBPrompt().ShowMessage("Filter syntax OK");
+    else
+        NBPrompt().ShowMessage(failure, TMsgDlgType::mtError);
 }
 
 // OK is one more way of leaving the name box: a name never checked (a new filter whose name was not

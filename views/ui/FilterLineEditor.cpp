@@ -8,10 +8,12 @@
 #include "support/StrUtils.h"
 #include "views/ui/FieldNameBox.h"
 #include "views/ui/FilterEditor.h"
+#include "views/ui/WaitCursor.h"
 
 #include <QShowEvent>
 
 #include <exception>
+#include <optional>
 
 namespace {
 
@@ -199,6 +201,7 @@ void TFilterLineEditor::UpdateValueBox(bool Empty) {
 
 void TFilterLineEditor::btnOKClick() {
     TNoticeStore& test = FEditor.TestDataSet();
+    std::optional<TWaitCursor> wait(std::in_place); // the test copy recounts every notice
     test.DisableControls();
     const std::string oldText = test.FilterText();
     const bool oldFiltered = test.Filtered();
@@ -218,6 +221,7 @@ void TFilterLineEditor::btnOKClick() {
     } catch (const std::exception&) {
     }
     test.EnableControls();
+    wait.reset();
     if (failure.empty()) {
         accept();
         return;
