@@ -1,0 +1,114 @@
+// The notice grid's refresh: store changes are coalesced into at most one layout change every 100 ms,
+// in which the rows on screen, the current row and the selection follow their keys.
+#include "core/ui/NoticeBdGridPrivate.h"
+
+#include <QScrollBar>
+
+#include <algorithm>
+
+void TNoticeBdGrid::ScheduleRefresh() {
+    d->Pending = true;
+    if (d->Timer->isActive()) return;
+    // The first change after a quiet spell shows at the next turn of the event loop, later ones wait for
+    // the 100 ms since the last refresh to pass.
+    const int64_t wait = d->LastRefresh + 100 - d->Now();
+    d->Timer->start(int(std::clamp<int64_t>(wait, 0, 100)));
+}
+
+void TNoticeBdGrid::RefreshNow() {
+    d->Timer->stop();
+    d->Pending = false;
+    d->LastRefresh = d->Now();
+    ++d->Refreshes;
+    if (d->View.Revision() != d->SeenRevision)
+        d->Reload();
+    else if (d->StoreMoved)
+        d->FollowStore();
+    d->EmitSelectionChanged();
+}
+
+uint64_t TNoticeBdGrid::RefreshCount() const {
+    return d->Refreshes;
+}
+
+bool TNoticeBdGrid::RefreshPending() const {
+    return d->Pending;
+}
+
+void TNoticeBdGrid::SetRefreshClock(std::function<int64_t()> NowMs) {
+    d->Clock = std::move(NowMs);
+}
+
+void TNoticeBdGrid::TPrivate::DataSetChanged() {
+    Q.ScheduleRefresh();
+}
+
+void TNoticeBdGrid::TPrivate::RecordChanged(int32_t) {
+    Q.ScheduleRefresh();
+}
+
+void TNoticeBdGrid::TPrivate::RowsReset() {
+    if (Store.TotalCount() != 0) return; // a new filter: the refresh drops what it hides
+    SelectionDirty |= Selection.Clear();
+    Selection.Commit();
+    AnchorId = 0;
+    TopIds.clear();
+}
+
+void TNoticeBdGrid::TPrivate::Reload(quintptr PinId, int PinRow) {
+    Timer->stop();
+    Pending = false;
+    const uint64_t revision = View.Revision();
+    const bool rowsChanged = revision != SeenRevision;
+    SeenRevision = revision;
+
+    Model->Refresh();
+    if (rowsChanged) PruneSelection();
+
+    Q.executeDelayedItemsLayout(); // the scroll range must know the new row count
+    // The rows the user last saw at the top of the screen: the first of them that is still there goes
+    // back to the top.
+    const int pinned = PinId ? Model->RowOfId(PinId) : -1;
+    if (pinned >= 0) {
+        Q.verticalScrollBar()->setValue(pinned - PinRow);
+    } else {
+        for (const quintptr id : TopIds) {
+            const int row = id ? Model->RowOfId(id) : -1;
+            if (row < 0) continue;
+            Q.verticalScrollBar()->setValue(row);
+            break;
+        }
+    }
+    NoteTopRows();
+    if (StoreMoved || !Q.currentIndex().isValid() || Store.GetBookmark() != StoreKey) FollowStore();
+    NoteCurrentKey();
+    Q.viewport()->update();
+    if (RowHeader->isVisible()) RowHeader->viewport()->update();
+}
+
+void TNoticeBdGrid::TPrivate::NoteTopRows() {
+    TopIds.clear();
+    const int first = Q.rowAt(0);
+    if (first < 0) return;
+    const int last = std::max(first, Q.rowAt(Q.viewport()->height() - 1));
+    for (int row = first; row <= last && row < first + 256; ++row)
+        TopIds.push_back(Model->IdOf(row));
+}
+
+void TNoticeBdGrid::TPrivate::PruneSelection() {
+    if (Selection.Empty()) return;
+    // The view holds exactly the rows the filter in effect passes: an O(1) test per key.
+    const bool filtered = Store.ActiveFilter() != nullptr;
+    const bool changed = Selection.RemoveIf([&](int32_t key) {
+        const int32_t slot = Store.SlotOfKey(key);
+        return slot < 0 || (filtered && !Store.SlotPasses(slot));
+    });
+    SelectionDirty |= changed;
+}
+
+void TNoticeBdGrid::TPrivate::EmitSelectionChanged() {
+    if (!SelectionDirty) return;
+    SelectionDirty = false;
+    Q.viewport()->update();
+    emit Q.SelectionChanged();
+}
