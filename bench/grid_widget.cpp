@@ -8,7 +8,7 @@
 //      callback with the grid sorted by severity, the grid brought up to date, with and without a repaint
 //      (the reference mirrors the ten changes into its items);
 //  (c) sorting by summary and by severity, repaint included;
-//  (d) painting one page in the middle;
+//  (d) painting one page in the middle, again (the texts laid out before) and paging down (new texts);
 //  (e) the heap the grid (or the reference) adds beyond the store, per row.
 // Times are the thread's CPU time (the machine is shared); (e) is measured with mallinfo2.
 #include "NoticeSamples.h"
@@ -25,6 +25,7 @@
 #include <QSortFilterProxyModel>
 #include <QStandardItemModel>
 #include <QTableView>
+#include <QWindow>
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
@@ -65,6 +66,14 @@ double ThreadSeconds() {
     return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
 }
 
+// Shows a widget and waits until its window is exposed: before that, repaint() paints nothing.
+void ShowExposed(QWidget& widget) {
+    widget.show();
+    for (int i = 0; i < 1000 && !(widget.windowHandle() && widget.windowHandle()->isExposed()); ++i)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    QCoreApplication::processEvents();
+}
+
 size_t HeapInUse() {
     malloc_trim(0);
     const struct mallinfo2 info = mallinfo2();
@@ -80,7 +89,7 @@ struct TOurs {
         Grid.AssignColumnHeaders();
         CreateDefaultView(Display); // severity first, sorted ascending
         Grid.resize(Width, Height);
-        Grid.show();
+        ShowExposed(Grid);
         Grid.viewport()->repaint();
     }
     void SortBy(TNoticeField field, bool descending) {
@@ -113,11 +122,15 @@ struct TReference {
         Proxy.sort(nf_note_severity, Qt::AscendingOrder);
         View.setModel(&Proxy);
         View.setSelectionBehavior(QAbstractItemView::SelectRows);
+        // Rows as high as the grid's, so that a page holds as many rows in both.
+        View.verticalHeader()->setMinimumSectionSize(1);
+        View.verticalHeader()->setDefaultSectionSize(View.fontMetrics().height() + 4);
+        View.verticalHeader()->hide();
         for (int f = 0; f < NoticeFieldCount; ++f)
             View.setColumnHidden(f, f != nf_note_severity && f != nf_adpt_source_id && f != nf_note_summary &&
                                         f != nf_note_raised_date && f != nf_note_count);
         View.resize(Width, Height);
-        View.show();
+        ShowExposed(View);
         View.viewport()->repaint();
     }
     void SetRow(int row, const TNoticeRecord& r) {
@@ -345,6 +358,29 @@ template <typename T> void PaintPage(benchmark::State& state, T& widget, QTableV
     state.counters["rows shown"] = double(view.rowAt(view.viewport()->height() - 1) - view.rowAt(0) + 1);
 }
 
+// Paging down: every iteration shows rows not painted before (their texts are laid out afresh).
+template <typename T> void PageDown(benchmark::State& state, T& widget, QTableView& view) {
+    view.viewport()->repaint();
+    QScrollBar* bar = view.verticalScrollBar();
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        bar->setValue(bar->value() + bar->pageStep());
+        view.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+    }
+    (void)widget;
+}
+
+void BM_PageDown_Ours(benchmark::State& state) {
+    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    PageDown(state, ours, ours.Grid);
+}
+
+void BM_PageDown_Reference(benchmark::State& state) {
+    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    PageDown(state, reference, reference.View);
+}
+
 void BM_Page_Ours(benchmark::State& state) {
     TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
     PaintPage(state, ours, ours.Grid);
@@ -447,6 +483,17 @@ BENCHMARK(BM_Page_Ours)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Page_Reference)->Arg(100000)->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PageDown_Ours)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PageDown_Reference)
+    ->Arg(100000)
+    ->Iterations(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 
 BENCHMARK(BM_Memory_Ours)->Arg(100000)->Arg(1000000)->Iterations(1);
 BENCHMARK(BM_Memory_Reference)->Arg(100000)->Iterations(1);

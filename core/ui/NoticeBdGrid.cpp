@@ -8,8 +8,10 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 #include <chrono>
+#include <climits>
 
 TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore)
     : Q(Grid), Store(AStore), View(AStore) {
@@ -34,6 +36,10 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
     setHorizontalHeader(d->Header);
     setVerticalHeader(d->RowHeader);
     setModel(d->Model);
+    // The row header counts rows of its own (see NoticeGridHeader.h).
+    d->RowHeaderModel = new TRowHeaderModel(this);
+    d->RowHeader->setModel(d->RowHeaderModel);
+    d->RowHeaderModel->Fit(d->Model->rowCount());
     d->Delegate = new TNoticeGridDelegate(*d->Model, d->Selection, this);
     setItemDelegate(d->Delegate);
 
@@ -179,14 +185,60 @@ TNoticeGridDelegate::TColors TNoticeBdGrid::TPrivate::PaintColors() const {
     return c;
 }
 
+void TNoticeBdGrid::updateGeometries() {
+    QTableView::updateGeometries();
+    // The row header holds more rows than the grid: scroll over the grid's rows only.
+    const int rows = d->Model->rowCount();
+    const int perPage = std::max(1, viewport()->height() / std::max(1, d->RowHeader->defaultSectionSize()));
+    verticalScrollBar()->setRange(0, std::max(0, rows - perPage));
+    verticalScrollBar()->setPageStep(perPage);
+}
+
+QModelIndex TNoticeBdGrid::moveCursor(CursorAction Action, Qt::KeyboardModifiers Modifiers) {
+    const QModelIndex next = QTableView::moveCursor(Action, Modifiers);
+    // Paging down past the last row lands in the row header's spare rows: take the last row instead.
+    const int rows = d->Model->rowCount();
+    if (!next.isValid() && rows > 0 && (Action == MovePageDown || Action == MoveDown || Action == MoveEnd)) {
+        const QModelIndex current = currentIndex();
+        return d->Model->index(rows - 1, current.isValid() ? current.column() : d->FirstShownColumn());
+    }
+    return next;
+}
+
 void TNoticeBdGrid::paintEvent(QPaintEvent* Event) {
     d->Delegate->Prepare(d->PaintColors());
     if (Event->rect().top() <= 0) d->NoteTopRows();
     QTableView::paintEvent(Event);
-    if (d->Model->Rows().Grouped()) {
-        QPainter painter(viewport());
-        d->PaintHeadings(painter, Event->rect());
+    if (!d->ShowGridLines && !d->Model->Rows().Grouped()) return;
+    QPainter painter(viewport());
+    if (d->ShowGridLines) d->PaintGridLines(painter, Event->rect());
+    if (d->Model->Rows().Grouped()) d->PaintHeadings(painter, Event->rect());
+}
+
+// The lines under every row and right of every column, drawn once per paint rather than per cell.
+void TNoticeBdGrid::TPrivate::PaintGridLines(QPainter& Painter, const QRect& Exposed) {
+    const int rows = Model->rowCount();
+    const int first = Q.rowAt(Exposed.top());
+    if (rows == 0 || first < 0 || first >= rows) return;
+    int last = Q.rowAt(Exposed.bottom());
+    if (last < 0 || last >= rows) last = rows - 1;
+    const int top = Q.rowViewportPosition(first);
+    const int bottom = Q.rowViewportPosition(last) + Q.rowHeight(last);
+    const QColor line = ToQColor(GridLineColor);
+    int left = INT_MAX, right = INT_MIN;
+    for (int visual = 0; visual < NoticeFieldCount; ++visual) {
+        const int column = Header->logicalIndex(visual);
+        if (Header->isSectionHidden(column)) continue;
+        const int x = Q.columnViewportPosition(column);
+        const int edge = x + Q.columnWidth(column) - 1;
+        left = std::min(left, x);
+        right = std::max(right, edge);
+        Painter.fillRect(QRect(edge, top, 1, bottom - top), line);
     }
+    if (left > right) return;
+    for (int row = first; row <= last; ++row)
+        Painter.fillRect(QRect(left, Q.rowViewportPosition(row) + Q.rowHeight(row) - 1, right - left + 1, 1),
+                         line);
 }
 
 // ---- The current row, shared with the store ----

@@ -110,6 +110,8 @@ protected:
                                                          const QEvent* Event = nullptr) const override;
     void setSelection(const QRect& Rect, QItemSelectionModel::SelectionFlags Command) override;
     void currentChanged(const QModelIndex& Current, const QModelIndex& Previous) override;
+    QModelIndex moveCursor(CursorAction Action, Qt::KeyboardModifiers Modifiers) override;
+    void updateGeometries() override;
     void keyPressEvent(QKeyEvent* Event) override;
     void keyReleaseEvent(QKeyEvent* Event) override;
     void mousePressEvent(QMouseEvent* Event) override;

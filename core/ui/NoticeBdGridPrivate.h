@@ -26,6 +26,7 @@ struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver 
     TNoticeGridDelegate* Delegate = nullptr;
     TNoticeGridHeader* Header = nullptr;
     TNoticeGridHeader* RowHeader = nullptr;
+    TRowHeaderModel* RowHeaderModel = nullptr;
 
     // Presentation.
     const TDisplay* Display = nullptr;
@@ -108,6 +109,7 @@ struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver 
     void ToggleHeading(int Row);
     void SetHeadingExpanded(int Row, bool Expanded);
     void PaintHeadings(QPainter& Painter, const QRect& Exposed);
+    void PaintGridLines(QPainter& Painter, const QRect& Exposed);
     QRect ArrowRect(int Row) const; // the expand arrow of a heading row (viewport)
 
     TNoticeGridDelegate::TColors PaintColors() const;

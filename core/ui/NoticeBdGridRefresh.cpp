@@ -63,21 +63,26 @@ void TNoticeBdGrid::TPrivate::Reload(quintptr PinId, int PinRow) {
     SeenRevision = revision;
 
     Model->Refresh();
+    RowHeaderModel->Fit(Model->rowCount());
     if (rowsChanged) PruneSelection();
 
     Q.executeDelayedItemsLayout(); // the scroll range must know the new row count
     // The rows the user last saw at the top of the screen: the first of them that is still there goes
     // back to the top.
+    // Scrolling back to the rows the user saw: the whole viewport is repainted below, so the backing
+    // store need not be shifted first (a blit of the whole grid; a widget with updates off skips it).
+    int top = -1;
     const int pinned = PinId ? Model->RowOfId(PinId) : -1;
     if (pinned >= 0) {
-        Q.verticalScrollBar()->setValue(pinned - PinRow);
+        top = std::max(0, pinned - PinRow);
     } else {
-        for (const quintptr id : TopIds) {
-            const int row = id ? Model->RowOfId(id) : -1;
-            if (row < 0) continue;
-            Q.verticalScrollBar()->setValue(row);
-            break;
-        }
+        for (const quintptr id : TopIds)
+            if ((top = id ? Model->RowOfId(id) : -1) >= 0) break;
+    }
+    if (top >= 0 && top != Q.verticalScrollBar()->value()) {
+        Q.viewport()->setUpdatesEnabled(false);
+        Q.verticalScrollBar()->setValue(top);
+        Q.viewport()->setUpdatesEnabled(true);
     }
     NoteTopRows();
     if (StoreMoved || !Q.currentIndex().isValid() || Store.GetBookmark() != StoreKey) FollowStore();

@@ -70,9 +70,9 @@ void TNoticeBdGrid::setSelection(const QRect& Rect, QItemSelectionModel::Selecti
 }
 
 int TNoticeBdGrid::TPrivate::RowAtY(int Y) const {
-    const int row = Q.rowAt(Y);
-    if (row >= 0) return row;
     const int count = Model->rowCount();
+    const int row = Q.rowAt(Y);
+    if (row >= 0) return std::min(row, count - 1); // below the last row: the row header's spare rows
     if (count == 0) return -1;
     return Y < Q.rowViewportPosition(0) ? 0 : count - 1;
 }

@@ -11,7 +11,8 @@
 
 namespace {
 
-constexpr int TextMargin = 3; // pixels between a cell's edge and its text
+constexpr int TextMargin = 3;         // pixels between a cell's edge and its text
+constexpr qsizetype CacheSize = 4096; // texts kept laid out: several screens' worth
 
 } // namespace
 
@@ -37,6 +38,23 @@ const TNoticeGridDelegate::TRowCache& TNoticeGridDelegate::RowState(int Row) con
     return FCache;
 }
 
+int TNoticeGridDelegate::TextWidth(const QString& Text, const QFontMetrics& Metrics) const {
+    const auto it = FWidths.constFind(Text);
+    if (it != FWidths.constEnd()) return *it;
+    if (FWidths.size() >= CacheSize) FWidths.clear();
+    return *FWidths.insert(Text, Metrics.horizontalAdvance(Text));
+}
+
+const QStaticText& TNoticeGridDelegate::Laid(const QString& Text) const {
+    const auto it = FLaid.constFind(Text);
+    if (it != FLaid.constEnd()) return *it;
+    if (FLaid.size() >= CacheSize) FLaid.clear();
+    QStaticText laid(Text);
+    laid.setTextFormat(Qt::PlainText);
+    laid.prepare(QTransform(), FFont);
+    return *FLaid.insert(Text, laid);
+}
+
 void TNoticeGridDelegate::paint(QPainter* Painter, const QStyleOptionViewItem& Option,
                                 const QModelIndex& Index) const {
     const TRowCache& row = RowState(Index.row());
@@ -50,29 +68,29 @@ void TNoticeGridDelegate::paint(QPainter* Painter, const QStyleOptionViewItem& O
             QString text = TNoticeGridModel::CellText(*row.Record, field);
             const int width = r.width() - 2 * TextMargin - (FColors.Lines ? 1 : 0);
             if (!text.isEmpty() && width > 0) {
+                if (Option.font != FFont) {
+                    FFont = Option.font;
+                    FWidths.clear();
+                    FLaid.clear();
+                }
                 const QFontMetrics& fm = Option.fontMetrics;
                 // Long texts (a memo) are cut before measuring: no cell shows more characters than
                 // three per average character width.
                 const int most = width * 3 / std::max(1, fm.averageCharWidth()) + 4;
                 if (text.size() > most) text.truncate(most);
-                int advance = fm.horizontalAdvance(text);
+                int advance = TextWidth(text, fm);
                 if (advance > width) {
                     text = fm.elidedText(text, Qt::ElideRight, width);
-                    advance = fm.horizontalAdvance(text);
+                    advance = TextWidth(text, fm);
                 }
                 const bool right = field == nf_note_count || field == nf_nb_internal_key;
                 const int x = right ? r.right() - TextMargin - (FColors.Lines ? 1 : 0) - advance + 1
                                     : r.left() + TextMargin;
-                const int y = r.top() + (r.height() - fm.height()) / 2 + fm.ascent();
                 Painter->setPen(row.Selected ? FColors.HighlightedText : FColors.Text);
-                Painter->drawText(x, y, text);
+                Painter->setFont(FFont);
+                Painter->drawStaticText(x, r.top() + (r.height() - fm.height()) / 2, Laid(text));
             }
         }
-    }
-    if (FColors.Lines) {
-        Painter->setPen(FColors.Line);
-        Painter->drawLine(r.left(), r.bottom(), r.right(), r.bottom());
-        if (!row.Heading) Painter->drawLine(r.right(), r.top(), r.right(), r.bottom());
     }
     if (FColors.FocusRect && (Option.state & QStyle::State_HasFocus)) {
         QStyleOptionFocusRect focus;

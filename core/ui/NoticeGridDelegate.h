@@ -1,5 +1,7 @@
-// Paints the notice grid's cells, leanly: one background fill, the text elided to the cell, the grid lines
-// in the display's colour and, when asked, a focus rectangle. Row colours follow the board's custom-draw
+// Paints the notice grid's cells, leanly: one background fill, the text elided to the cell and, when asked,
+// a focus rectangle (the grid draws the grid lines across the rows and columns in one go). Texts are laid
+// out once: their widths and their laid-out glyphs (QStaticText) are kept for the texts painted lately, so
+// repainting a screen does no text shaping. Row colours follow the board's custom-draw
 // rule: a selected row keeps the grid's own selection colours; otherwise, with alternate rows on and no
 // group columns, odd rows (counted from 0 among the grid's rows) take the alternate colour and even rows
 // the grid colour; else every row takes the grid colour. Selection comes from the grid's key set, never
@@ -10,6 +12,9 @@
 
 #include <QAbstractItemDelegate>
 #include <QColor>
+#include <QFont>
+#include <QHash>
+#include <QStaticText>
 
 class TNoticeGridModel;
 class TKeySelection;
@@ -48,9 +53,15 @@ private:
         bool Selected = false;
     };
     const TRowCache& RowState(int Row) const;
+    // The width of a text in the cells' font, and its layout, from the caches.
+    int TextWidth(const QString& Text, const QFontMetrics& Metrics) const;
+    const QStaticText& Laid(const QString& Text) const;
 
     const TNoticeGridModel& FModel;
     const TKeySelection& FSelection;
     TColors FColors;
     mutable TRowCache FCache; // the table paints row by row, cell by cell
+    mutable QFont FFont;      // the font the text caches hold
+    mutable QHash<QString, int> FWidths;
+    mutable QHash<QString, QStaticText> FLaid;
 };

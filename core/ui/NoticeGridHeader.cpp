@@ -8,6 +8,32 @@
 #include <QPolygonF>
 #include <QStyleOptionHeader>
 
+int TRowHeaderModel::rowCount(const QModelIndex& Parent) const {
+    return Parent.isValid() ? 0 : FCapacity;
+}
+
+QVariant TRowHeaderModel::data(const QModelIndex&, int) const {
+    return QVariant();
+}
+
+QVariant TRowHeaderModel::headerData(int, Qt::Orientation, int) const {
+    return QVariant();
+}
+
+void TRowHeaderModel::Fit(int Rows) {
+    FRows = Rows;
+    const int target = Rows + Rows / 8 + 256;
+    if (Rows > FCapacity) {
+        beginInsertRows(QModelIndex(), FCapacity, target - 1);
+        FCapacity = target;
+        endInsertRows();
+    } else if (FCapacity > Rows + Rows / 4 + 512) {
+        beginRemoveRows(QModelIndex(), target, FCapacity - 1);
+        FCapacity = target;
+        endRemoveRows();
+    }
+}
+
 TNoticeGridHeader::TNoticeGridHeader(Qt::Orientation Orientation, QWidget* Parent)
     : QHeaderView(Orientation, Parent) {
     if (Orientation == Qt::Horizontal) {
@@ -109,6 +135,8 @@ void TNoticeGridHeader::initStyleOptionForIndex(QStyleOptionHeader* Option, int 
 }
 
 void TNoticeGridHeader::paintSection(QPainter* Painter, const QRect& Rect, int LogicalIndex) const {
+    const auto* rows = qobject_cast<const TRowHeaderModel*>(model());
+    if (rows && LogicalIndex >= rows->Rows()) return; // room kept for rows to come
     QHeaderView::paintSection(Painter, Rect, LogicalIndex);
     if (orientation() != Qt::Vertical) return;
     const auto* view = qobject_cast<const QAbstractItemView*>(parentWidget());

@@ -6,16 +6,39 @@
 //
 // The header only reports what the user did; the grid changes its layout and tells the header what to
 // show (SetSortMarks). Owned by the grid (Qt parent); board thread only.
+//
+// The row header does not count the grid's rows itself: a QHeaderView keeps an item per row and does O(n)
+// work whenever the count changes in a layout change (on a million rows, milliseconds per refresh). It
+// counts the rows of a TRowHeaderModel instead, whose count runs a little ahead of the grid's and changes
+// only when the rows outgrow it or fall well below it; the grid limits its scroll range to its real rows.
 #pragma once
 
 #include "core/TGridLayout.h"
 
+#include <QAbstractListModel>
 #include <QHeaderView>
 
 #include <array>
 #include <memory>
 
 class QMenu;
+
+class TRowHeaderModel : public QAbstractListModel {
+    Q_OBJECT
+public:
+    using QAbstractListModel::QAbstractListModel;
+    int rowCount(const QModelIndex& Parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex& Index, int Role = Qt::DisplayRole) const override;
+    QVariant headerData(int Section, Qt::Orientation Orientation, int Role = Qt::DisplayRole) const override;
+    // The grid has Rows rows: the capacity grows to an eighth more than Rows when Rows exceed it, and
+    // shrinks back when Rows fall a quarter below it, so a refresh seldom changes it (O(n) when it does).
+    void Fit(int Rows);
+    int Rows() const { return FRows; }
+
+private:
+    int FRows = 0;
+    int FCapacity = 0;
+};
 
 class TNoticeGridHeader : public QHeaderView {
     Q_OBJECT
