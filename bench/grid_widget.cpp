@@ -9,7 +9,8 @@
 //      (the reference mirrors the ten changes into its items);
 //  (c) sorting by summary and by severity, repaint included;
 //  (d) painting one page in the middle, again (the texts laid out before) and paging down (new texts);
-//  (e) the heap the grid (or the reference) adds beyond the store, per row.
+//  (e) the heap the grid (or the reference) adds beyond the store, per row;
+// and selecting every row (Ctrl+A) of a million.
 // Times are the thread's CPU time (the machine is shared); (e) is measured with mallinfo2.
 #include "NoticeSamples.h"
 
@@ -120,12 +121,12 @@ struct TReference {
         Proxy.setDynamicSortFilter(true);
         Proxy.setSourceModel(&Items);
         Proxy.sort(nf_note_severity, Qt::AscendingOrder);
-        View.setModel(&Proxy);
-        View.setSelectionBehavior(QAbstractItemView::SelectRows);
-        // Rows as high as the grid's, so that a page holds as many rows in both.
+        // Rows as high as the grid's, so that a page holds as many rows in both (set before the rows).
         View.verticalHeader()->setMinimumSectionSize(1);
         View.verticalHeader()->setDefaultSectionSize(View.fontMetrics().height() + 4);
         View.verticalHeader()->hide();
+        View.setModel(&Proxy);
+        View.setSelectionBehavior(QAbstractItemView::SelectRows);
         for (int f = 0; f < NoticeFieldCount; ++f)
             View.setColumnHidden(f, f != nf_note_severity && f != nf_adpt_source_id && f != nf_note_summary &&
                                         f != nf_note_raised_date && f != nf_note_count);
@@ -252,11 +253,13 @@ void Message_Ours(benchmark::State& state, bool repaint) {
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
         Send(messages.Post[i % messages.Post.size()]);
-        ours.Grid.RefreshNow();
+        ours.Grid.RefreshNow(); // what the grid's timer does
+        QCoreApplication::processEvents();
         if (repaint) ours.Grid.viewport()->repaint();
         state.SetIterationTime(ThreadSeconds() - t0);
         Send(messages.Undo[i % messages.Undo.size()]);
         ours.Grid.RefreshNow();
+        QCoreApplication::processEvents();
         ++i;
     }
     state.counters["rows"] = double(ours.Grid.model()->rowCount());
@@ -282,11 +285,13 @@ void Message_Reference(benchmark::State& state, bool repaint) {
         }
         for (const std::string& key : messages.UpdatedKeys[m])
             reference.Update(RowOfKey(store, KeyOfOrig(store, key)));
+        QCoreApplication::processEvents(); // the view's delayed layout
         if (repaint) reference.View.viewport()->repaint();
         state.SetIterationTime(ThreadSeconds() - t0);
         Send(messages.Undo[m]);
         for (const int32_t key : added)
             reference.Remove(key);
+        QCoreApplication::processEvents();
         ++i;
     }
     state.counters["rows"] = double(reference.Proxy.rowCount());
@@ -391,14 +396,35 @@ void BM_Page_Reference(benchmark::State& state) {
     PaintPage(state, reference, reference.View);
 }
 
+// Ctrl+A on every row, and a click that clears it again (untimed).
+void BM_SelectAll_Ours(benchmark::State& state) {
+    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        ours.Grid.selectAll();
+        ours.Grid.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+        ours.Grid.SetSelectedKeys({});
+    }
+    state.counters["selected"] = double(ours.Grid.model()->rowCount());
+}
+
 // ---- (e) memory ----
 
 template <typename T> void Memory(benchmark::State& state) {
     TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    const double rows = double(store.RecordCount());
     for (auto _ : state) {
-        const size_t before = HeapInUse();
+        // What the view alone holds, sorted by severity, for comparison.
+        size_t before = HeapInUse();
+        auto view = std::make_unique<TNoticeGridView>(store);
+        benchmark::DoNotOptimize(view->RowCount()); // read in key order first, as the grid does
+        view->SetOrder({}, {{nf_note_severity, false}});
+        state.counters["view bytes/row"] = double(HeapInUse() - before) / rows;
+        view.reset();
+        before = HeapInUse();
         auto shown = std::make_unique<T>(store);
-        state.counters["bytes/row"] = double(HeapInUse() - before) / double(store.RecordCount());
+        state.counters["bytes/row"] = double(HeapInUse() - before) / rows;
         shown.reset();
     }
 }
@@ -494,6 +520,8 @@ BENCHMARK(BM_PageDown_Reference)
     ->Iterations(100)
     ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_SelectAll_Ours)->Arg(1000000)->Iterations(5)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 BENCHMARK(BM_Memory_Ours)->Arg(100000)->Arg(1000000)->Iterations(1);
 BENCHMARK(BM_Memory_Reference)->Arg(100000)->Iterations(1);

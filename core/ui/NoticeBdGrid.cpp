@@ -33,6 +33,12 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
     d->Model = new TNoticeGridModel(d->View, this);
     d->Header = new TNoticeGridHeader(Qt::Horizontal, this);
     d->RowHeader = new TNoticeGridHeader(Qt::Vertical, this);
+    // Every row has the same height, from the font, set before there are rows: changing it later tells
+    // the table of every row (and makes it keep a list of them).
+    d->RowHeader->setMinimumSectionSize(1);
+    d->RowHeader->setDefaultSectionSize(fontMetrics().height() + 4);
+    d->RowHeader->setFixedWidth(14);
+    d->RowHeader->setVisible(false);
     setHorizontalHeader(d->Header);
     setVerticalHeader(d->RowHeader);
     setModel(d->Model);
@@ -52,11 +58,6 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
     setTabKeyNavigation(false);
     setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    // Every row has the same height, from the font; a fixed size keeps the row header's work O(1) per row.
-    d->RowHeader->setMinimumSectionSize(1);
-    d->RowHeader->setDefaultSectionSize(fontMetrics().height() + 4);
-    d->RowHeader->setFixedWidth(14);
-    d->RowHeader->setVisible(false);
 
     d->Timer = new QTimer(this);
     d->Timer->setObjectName(QStringLiteral("RefreshTimer"));
@@ -83,6 +84,7 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
     connect(d->Header, &TNoticeGridHeader::ExpandAllChosen, this, &TNoticeBdGrid::SetAllGroupsExpanded);
 
     SetGridColor(d->GridColor);
+    SetOptions(goRowIndicator | goFocusRect);
     d->Layout = TGridLayout::Defaults(WidthUnit());
     d->ApplyLayoutToHeader();
     Store.AddListener(d.get());

@@ -34,7 +34,7 @@ struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver 
     uint32_t Options = 0;
     TColor GridColor = clWindow;
     TColor GridLineColor = clSilver;
-    bool ShowGridLines = false;
+    bool ShowGridLines = true;
     bool ShowGroupPanel = false; // kept for the display; no group panel is drawn
     int ApplyingLayout = 0;      // header changes made by the grid itself, not by the user
 

@@ -188,6 +188,8 @@ void TNoticeBdGrid::keyPressEvent(QKeyEvent* Event) {
     QTableView::keyPressEvent(Event);
 }
 
+void TNoticeBdGrid::keyboardSearch(const QString&) {}
+
 void TNoticeBdGrid::keyReleaseEvent(QKeyEvent* Event) {
     QTableView::keyReleaseEvent(Event);
     emit KeyReleased();

@@ -8,6 +8,9 @@
 #include <QPolygonF>
 #include <QStyleOptionHeader>
 
+#include <algorithm>
+#include <limits>
+
 int TRowHeaderModel::rowCount(const QModelIndex& Parent) const {
     return Parent.isValid() ? 0 : FCapacity;
 }
@@ -20,14 +23,25 @@ QVariant TRowHeaderModel::headerData(int, Qt::Orientation, int) const {
     return QVariant();
 }
 
+// A QHeaderView keeps 8 bytes per section in a list that Qt allocates in powers of two, so the capacity is
+// the most sections such a block holds (less a margin for the block's header): the spare rows cost nothing
+// that the rows themselves would not.
+static int SectionsFor(int Rows) {
+    int64_t block = 4096;
+    while ((block - 64) / 8 < int64_t(Rows) + 64)
+        block *= 2;
+    return int(std::min<int64_t>((block - 64) / 8, std::numeric_limits<int>::max()));
+}
+
 void TRowHeaderModel::Fit(int Rows) {
     FRows = Rows;
-    const int target = Rows + Rows / 8 + 256;
     if (Rows > FCapacity) {
+        const int target = SectionsFor(Rows);
         beginInsertRows(QModelIndex(), FCapacity, target - 1);
         FCapacity = target;
         endInsertRows();
-    } else if (FCapacity > Rows + Rows / 4 + 512) {
+    } else if (Rows < FCapacity / 4 && SectionsFor(Rows) < FCapacity) {
+        const int target = SectionsFor(Rows);
         beginRemoveRows(QModelIndex(), target, FCapacity - 1);
         FCapacity = target;
         endRemoveRows();

@@ -9,8 +9,9 @@
 //
 // The row header does not count the grid's rows itself: a QHeaderView keeps an item per row and does O(n)
 // work whenever the count changes in a layout change (on a million rows, milliseconds per refresh). It
-// counts the rows of a TRowHeaderModel instead, whose count runs a little ahead of the grid's and changes
-// only when the rows outgrow it or fall well below it; the grid limits its scroll range to its real rows.
+// counts the rows of a TRowHeaderModel instead, whose count runs ahead of the grid's and changes only when
+// the rows outgrow it (it then doubles) or fall to a quarter of it; the grid limits its scroll range to
+// its real rows and paints nothing below them.
 #pragma once
 
 #include "core/TGridLayout.h"
@@ -30,8 +31,8 @@ public:
     int rowCount(const QModelIndex& Parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& Index, int Role = Qt::DisplayRole) const override;
     QVariant headerData(int Section, Qt::Orientation Orientation, int Role = Qt::DisplayRole) const override;
-    // The grid has Rows rows: the capacity grows to an eighth more than Rows when Rows exceed it, and
-    // shrinks back when Rows fall a quarter below it, so a refresh seldom changes it (O(n) when it does).
+    // The grid has Rows rows: the capacity doubles when Rows exceed it and halves (or less) when Rows fall
+    // to a quarter of it, so a refresh seldom changes it (O(n) when it does).
     void Fit(int Rows);
     int Rows() const { return FRows; }
 
