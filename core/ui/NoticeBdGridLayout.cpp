@@ -42,33 +42,27 @@ void TNoticeBdGrid::TPrivate::ApplyLayoutToHeader() {
     --ApplyingLayout;
 }
 
-// The visible columns share the viewport's width in proportion to their layout widths, none narrower than
-// its caption; the pixels left over by rounding go to the last column.
-void TNoticeBdGrid::TPrivate::ApplyAutoWidths() {
-    struct TShare {
-        int Field, Weight, Minimum, Width = 0;
-        bool AtMinimum = false;
-    };
-    std::vector<TShare> shown;
-    for (int visual = 0; visual < NoticeFieldCount; ++visual) {
-        const int f = Header->logicalIndex(visual);
-        if (!Header->isSectionHidden(f))
-            shown.push_back(
-                {f, std::max(1, Layout.Column(TNoticeField(f)).Width), Header->MinimumSectionWidth(f)});
-    }
-    const int available = Q.viewport()->width();
-    if (shown.empty() || available <= 0) return;
-    // Columns whose share falls below their minimum take the minimum; the others share what is left.
+namespace {
+
+// A shown column's part of the grid's width under goAutoWidth.
+struct TShare {
+    int Field = 0, Weight = 1, Minimum = 0, Width = 0;
+    bool AtMinimum = false;
+};
+
+// The columns share Available pixels in proportion to their weights, none narrower than its minimum
+// (those take the minimum and the others share what is left); rounding leftovers go to the last column.
+void ShareWidth(std::vector<TShare>& Shares, int Available) {
     for (bool again = true; again;) {
         again = false;
-        int64_t left = available, weights = 0;
-        for (const TShare& s : shown) {
+        int64_t left = Available, weights = 0;
+        for (const TShare& s : Shares) {
             if (s.AtMinimum)
                 left -= s.Minimum;
             else
                 weights += s.Weight;
         }
-        for (TShare& s : shown) {
+        for (TShare& s : Shares) {
             if (s.AtMinimum) {
                 s.Width = s.Minimum;
                 continue;
@@ -78,11 +72,33 @@ void TNoticeBdGrid::TPrivate::ApplyAutoWidths() {
         }
     }
     int used = 0;
-    for (const TShare& s : shown)
+    for (const TShare& s : Shares)
         used += s.Width;
-    if (used < available) shown.back().Width += available - used;
+    if (!Shares.empty() && used < Available) Shares.back().Width += Available - used;
+}
+
+} // namespace
+
+static std::vector<TShare> SharesOf(const TGridLayout& Layout, const TNoticeGridHeader& Header) {
+    std::vector<TShare> shares;
+    for (int visual = 0; visual < NoticeFieldCount; ++visual) {
+        const int f = Header.logicalIndex(visual);
+        if (!Header.isSectionHidden(f))
+            shares.push_back(
+                {f, std::max(1, Layout.Column(TNoticeField(f)).Width), Header.MinimumSectionWidth(f)});
+    }
+    return shares;
+}
+
+// The visible columns share the viewport's width in proportion to their layout widths, none narrower than
+// its caption.
+void TNoticeBdGrid::TPrivate::ApplyAutoWidths() {
+    std::vector<TShare> shares = SharesOf(Layout, *Header);
+    const int available = Q.viewport()->width();
+    if (shares.empty() || available <= 0) return;
+    ShareWidth(shares, available);
     ++ApplyingLayout;
-    for (const TShare& s : shown)
+    for (const TShare& s : shares)
         Header->resizeSection(s.Field, std::max(1, s.Width));
     --ApplyingLayout;
 }
@@ -114,19 +130,27 @@ void TNoticeBdGrid::TPrivate::HeaderResized(int Field, int NewSize) {
     TGridColumnLayout& column = Layout.Column(TNoticeField(Field));
     if (Options & goAutoWidth) {
         // Weigh the column so that, sharing the width again, it keeps the size the user gave it and the
-        // others share the rest as before.
-        int64_t others = 0;
-        int count = 0;
-        for (int f = 0; f < NoticeFieldCount; ++f)
-            if (f != Field && !Header->isSectionHidden(f)) {
-                others += std::max(1, Layout.Column(TNoticeField(f)).Width);
-                ++count;
-            }
+        // others share the rest as before. Which columns end at their minimum depends on the weight, so
+        // the weight is worked out again until that settles.
         const int available = Q.viewport()->width();
-        const int size = std::clamp(NewSize, 1, std::max(1, available - 8 * count));
-        if (count > 0 && available > size)
-            column.Width =
-                int(std::clamp<int64_t>(size * others / (available - size), 1, TGridLayout::MaxWidth));
+        for (int round = 0; round < 4; ++round) {
+            std::vector<TShare> shares = SharesOf(Layout, *Header);
+            ShareWidth(shares, available);
+            int64_t others = 0, left = available;
+            for (const TShare& s : shares) {
+                if (s.Field == Field) continue;
+                if (s.AtMinimum)
+                    left -= s.Minimum;
+                else
+                    others += s.Weight;
+            }
+            const int64_t size = std::clamp<int64_t>(NewSize, Header->MinimumSectionWidth(Field), left - 1);
+            if (others == 0 || left <= size) break;
+            const int32_t weight = int32_t(std::clamp<int64_t>(
+                (size * others + (left - size) / 2) / (left - size), 1, TGridLayout::MaxWidth));
+            if (weight == column.Width) break;
+            column.Width = weight;
+        }
         ApplyAutoWidths();
     } else {
         column.Width = std::min(NewSize, TGridLayout::MaxWidth);

@@ -101,6 +101,10 @@ private slots:
         const QRect cell = b.Grid->visualRect(b.Grid->model()->index(0, nf_note_summary));
         QTest::mouseDClick(b.Grid->viewport(), Qt::LeftButton, {}, cell.center());
         QCOMPARE(b.Grid->model()->rowCount(), 9);
+        QTest::mouseClick(b.Grid->viewport(), Qt::LeftButton, {}, QPoint(8, cell.center().y())); // its arrow
+        QCOMPARE(b.Grid->model()->rowCount(), 12);
+        QTest::mouseClick(b.Grid->viewport(), Qt::LeftButton, {}, QPoint(8, cell.center().y()));
+        QCOMPARE(b.Grid->model()->rowCount(), 9);
 
         // A collapsed group keeps its state while its rows change, and shows its new count.
         b.Post({OnNodes(12, 3)[9]}); // a fourth notice on NODE0
@@ -161,6 +165,42 @@ private slots:
         b.Grid->SetLayout(GroupedBy(b.Grid->Layout(), nf_note_pvo_node));
         QCOMPARE(b.Grid->ExportColumns()[0].Caption, std::string("PVO Node"));
         QCOMPARE(b.Grid->ExportColumns().size(), size_t(6));
+    }
+
+    void ColumnsShareTheWidthAndTheMenuListsEveryCaption() {
+        TNoticeGridBench b(800, 300);
+        QHeaderView* header = b.Grid->horizontalHeader();
+        const auto shownWidth = [&] {
+            int sum = 0;
+            for (int f = 0; f < NoticeFieldCount; ++f)
+                sum += header->isSectionHidden(f) ? 0 : header->sectionSize(f);
+            return sum;
+        };
+        QCOMPARE(shownWidth(), b.Grid->viewport()->width());
+        // In proportion to the column table's widths: summary 100, source 50.
+        QVERIFY(qAbs(header->sectionSize(nf_note_summary) - 2 * header->sectionSize(nf_adpt_source_id)) <= 2);
+        // None narrower than its caption.
+        QVERIFY(header->sectionSize(nf_note_severity) >
+                header->fontMetrics().horizontalAdvance(b.Grid->ColumnCaption(nf_note_severity)));
+        // A column the user widens keeps its size; the others share the rest.
+        header->resizeSection(nf_adpt_source_id, 300);
+        QVERIFY(qAbs(header->sectionSize(nf_adpt_source_id) - 300) <= 2);
+        QCOMPARE(shownWidth(), b.Grid->viewport()->width());
+        b.Grid->resize(1000, 300);
+        QCOMPARE(shownWidth(), b.Grid->viewport()->width());
+
+        auto* columns = static_cast<TNoticeGridHeader*>(header);
+        const auto menu = columns->ColumnMenu(nf_note_summary, b.Grid->Layout());
+        QStringList captions;
+        for (QAction* action : menu->actions())
+            if (action->isCheckable()) captions << action->text() + (action->isChecked() ? "+" : "");
+        QCOMPARE(captions.size(), NoticeFieldCount);
+        QCOMPARE(captions.first(), QString("Key"));
+        QVERIFY(captions.contains("Summary+") && captions.contains("Details"));
+        // The row indicator is the row header; the default view leaves it off.
+        QVERIFY(b.Grid->verticalHeader()->isHidden());
+        b.Grid->SetOptions(b.Grid->Options() | goRowIndicator);
+        QVERIFY(!b.Grid->verticalHeader()->isHidden());
     }
 
     void LayoutKeptInADisplayFileComesBackTheSame() {

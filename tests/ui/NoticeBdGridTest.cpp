@@ -193,6 +193,23 @@ private slots:
         QVERIFY(b.Grid->CurrentKey() != current);
         QCOMPARE(b.Grid->CurrentKey(), b.Board.cdsNoticeBd().GetBookmark());
         QCOMPARE(b.Grid->SelectedKeys(), std::vector<int32_t>{rows[65]});
+
+        // A filter that hides the selected row takes it out of the selection at the next refresh.
+        QSignalSpy changed(b.Grid.get(), &TNoticeBdGrid::SelectionChanged);
+        TNoticeStore& store = b.Board.cdsNoticeBd();
+        const auto severity = [&](int32_t key) {
+            return store.RowBySlot(store.SlotOfKey(key)).AsInteger(nf_note_severity);
+        };
+        const int hidden = severity(rows[65]);
+        const int32_t other = *std::find_if(rows.begin(), rows.end(), [&](int32_t k) {
+            return store.SlotOfKey(k) >= 0 && severity(k) != hidden;
+        });
+        b.ClickRow(b.RowOf(other), Qt::ControlModifier);
+        store.SetFilterText("note_severity <> " + std::to_string(hidden));
+        store.SetFiltered(true);
+        b.Grid->RefreshNow();
+        QCOMPARE(b.Grid->SelectedKeys(), std::vector<int32_t>{other});
+        QCOMPARE(changed.count(), 2);
     }
 
     void ModelStaysConsistentThroughMessages() {
@@ -224,6 +241,29 @@ private slots:
         }
         b.Grid->SetAllGroupsExpanded(true);
         QCOMPARE(b.Grid->model()->rowCount(), 60 - 6 + 6 + 4); // four node headings
+    }
+
+    void ScrollingAndPagingStopAtTheLastRow() {
+        TNoticeGridBench b(700, 300);
+        b.Post(Numbered(100));
+        b.Grid->setFocus();
+        const int perPage = b.Grid->viewport()->height() / b.Grid->rowHeight(0);
+        QCOMPARE(b.Grid->verticalScrollBar()->maximum(), 100 - perPage);
+        QTest::keyClick(b.Grid.get(), Qt::Key_End);
+        QCOMPARE(b.Grid->CurrentKey(), b.RowKeys().back());
+        QTest::keyClick(b.Grid.get(), Qt::Key_Home);
+        for (int i = 0; i < 30; ++i)
+            QTest::keyClick(b.Grid.get(), Qt::Key_PageDown);
+        QCOMPARE(b.Grid->CurrentKey(), b.RowKeys().back());
+        QCOMPARE(b.Grid->SelectedKeys(), std::vector<int32_t>{b.RowKeys().back()});
+        // Below the last row there is nothing to click.
+        TNoticeGridBench few(700, 300);
+        few.Post(Numbered(3));
+        few.ClickRow(1);
+        QTest::mouseClick(few.Grid->viewport(), Qt::LeftButton, {},
+                          QPoint(50, few.Grid->viewport()->height() - 5));
+        QCOMPARE(few.Grid->SelectedCount(), 1);
+        QCOMPARE(few.Grid->verticalScrollBar()->maximum(), 0);
     }
 
     void RefreshStormIsCoalesced() {
