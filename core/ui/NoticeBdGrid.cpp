@@ -1,17 +1,14 @@
-// The notice grid: construction, the display's colours and options, and the current row, which is the
-// store's current row both ways. Refresh, selection, layout, group headings and the export side each
-// have a file of their own (NoticeBdGrid*.cpp).
+// The notice grid: construction, the display's settings and options, the row geometry, and the current
+// row, which is the store's current row both ways. Painting, refresh, selection, layout, group headings and
+// the export side each have a file of their own (NoticeBdGrid*.cpp).
 #include "core/ui/NoticeBdGridPrivate.h"
 
 #include "core/ui/NbColors.h"
 #include "views/Displayu.h"
 
-#include <QPaintEvent>
-#include <QPainter>
 #include <QScrollBar>
 
 #include <chrono>
-#include <climits>
 
 TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore)
     : Q(Grid), Store(AStore), View(AStore) {
@@ -46,6 +43,10 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
     d->RowHeaderModel = new TRowHeaderModel(this);
     d->RowHeader->setModel(d->RowHeaderModel);
     d->RowHeaderModel->Fit(d->Model->rowCount());
+    // A refresh is a layout change of the model, on which Qt's view would lay itself out again (headers,
+    // margins, scroll bars: most of a refresh's cost). Only the row count changes, so the grid sets the
+    // scroll range itself (TPrivate::Reload).
+    disconnect(d->Model, &QAbstractItemModel::layoutChanged, this, nullptr);
     d->Delegate = new TNoticeGridDelegate(*d->Model, d->Selection, this);
     setItemDelegate(d->Delegate);
 
@@ -170,30 +171,19 @@ int32_t TNoticeBdGrid::WidthUnit() const {
     return std::max(1, fontMetrics().averageCharWidth());
 }
 
-TNoticeGridDelegate::TColors TNoticeBdGrid::TPrivate::PaintColors() const {
-    TNoticeGridDelegate::TColors c;
-    c.Background = ToQColor(Display ? Display->GridColor : GridColor);
-    c.AltRows = Display && Display->AltRowColors && !Model->Rows().Grouped();
-    c.AltBackground = Display ? ToQColor(Display->AltColor) : c.Background;
-    c.Line = ToQColor(GridLineColor);
-    c.Lines = ShowGridLines;
-    c.FocusRect = (Options & goFocusRect) != 0;
-    // Selected rows keep the grid's own colours, focused or not.
-    const QPalette& p = Q.palette();
-    c.Text = p.color(QPalette::Active, QPalette::Text);
-    c.Highlight = p.color(QPalette::Active, QPalette::Highlight);
-    c.HighlightedText = p.color(QPalette::Active, QPalette::HighlightedText);
-    c.Heading = p.color(QPalette::Active, QPalette::Button);
-    return c;
-}
-
 void TNoticeBdGrid::updateGeometries() {
     QTableView::updateGeometries();
-    // The row header holds more rows than the grid: scroll over the grid's rows only.
-    const int rows = d->Model->rowCount();
-    const int perPage = std::max(1, viewport()->height() / std::max(1, d->RowHeader->defaultSectionSize()));
-    verticalScrollBar()->setRange(0, std::max(0, rows - perPage));
-    verticalScrollBar()->setPageStep(perPage);
+    d->UpdateScrollRange();
+}
+
+// The row header holds more rows than the grid: scroll over the grid's rows only.
+void TNoticeBdGrid::TPrivate::UpdateScrollRange() {
+    const int rows = Model->rowCount();
+    const int perPage = std::max(1, Q.viewport()->height() / std::max(1, RowHeader->defaultSectionSize()));
+    QScrollBar* bar = Q.verticalScrollBar();
+    if (bar->maximum() != std::max(0, rows - perPage) || bar->minimum() != 0)
+        bar->setRange(0, std::max(0, rows - perPage));
+    if (bar->pageStep() != perPage) bar->setPageStep(perPage);
 }
 
 QModelIndex TNoticeBdGrid::moveCursor(CursorAction Action, Qt::KeyboardModifiers Modifiers) {
@@ -205,42 +195,6 @@ QModelIndex TNoticeBdGrid::moveCursor(CursorAction Action, Qt::KeyboardModifiers
         return d->Model->index(rows - 1, current.isValid() ? current.column() : d->FirstShownColumn());
     }
     return next;
-}
-
-void TNoticeBdGrid::paintEvent(QPaintEvent* Event) {
-    d->Delegate->Prepare(d->PaintColors());
-    if (Event->rect().top() <= 0) d->NoteTopRows();
-    QTableView::paintEvent(Event);
-    if (!d->ShowGridLines && !d->Model->Rows().Grouped()) return;
-    QPainter painter(viewport());
-    if (d->ShowGridLines) d->PaintGridLines(painter, Event->rect());
-    if (d->Model->Rows().Grouped()) d->PaintHeadings(painter, Event->rect());
-}
-
-// The lines under every row and right of every column, drawn once per paint rather than per cell.
-void TNoticeBdGrid::TPrivate::PaintGridLines(QPainter& Painter, const QRect& Exposed) {
-    const int rows = Model->rowCount();
-    const int first = Q.rowAt(Exposed.top());
-    if (rows == 0 || first < 0 || first >= rows) return;
-    int last = Q.rowAt(Exposed.bottom());
-    if (last < 0 || last >= rows) last = rows - 1;
-    const int top = Q.rowViewportPosition(first);
-    const int bottom = Q.rowViewportPosition(last) + Q.rowHeight(last);
-    const QColor line = ToQColor(GridLineColor);
-    int left = INT_MAX, right = INT_MIN;
-    for (int visual = 0; visual < NoticeFieldCount; ++visual) {
-        const int column = Header->logicalIndex(visual);
-        if (Header->isSectionHidden(column)) continue;
-        const int x = Q.columnViewportPosition(column);
-        const int edge = x + Q.columnWidth(column) - 1;
-        left = std::min(left, x);
-        right = std::max(right, edge);
-        Painter.fillRect(QRect(edge, top, 1, bottom - top), line);
-    }
-    if (left > right) return;
-    for (int row = first; row <= last; ++row)
-        Painter.fillRect(QRect(left, Q.rowViewportPosition(row) + Q.rowHeight(row) - 1, right - left + 1, 1),
-                         line);
 }
 
 // ---- The current row, shared with the store ----

@@ -73,9 +73,10 @@ struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver 
     // the screen stays at the top (or the first row below it that is still there), unless a pinned row
     // (PinId) is to stay PinRow rows below the top.
     void Reload(quintptr PinId = 0, int PinRow = 0);
-    // Notes the ids of the rows on screen. Called when the top of the viewport is painted: what the
+    // Notes the ids of the first rows on screen. Called when the top of the viewport is painted: what the
     // user last saw, even when the store has changed since and the refresh is still to come.
     void NoteTopRows();
+    void UpdateScrollRange();
     std::vector<quintptr> TopIds;
     // The store's current row as the grid's current row (selection untouched, no scrolling).
     void FollowStore();

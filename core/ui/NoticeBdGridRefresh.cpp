@@ -2,6 +2,7 @@
 // in which the rows on screen, the current row and the selection follow their keys.
 #include "core/ui/NoticeBdGridPrivate.h"
 
+#include <QAccessible>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -66,7 +67,14 @@ void TNoticeBdGrid::TPrivate::Reload(quintptr PinId, int PinRow) {
     RowHeaderModel->Fit(Model->rowCount());
     if (rowsChanged) PruneSelection();
 
-    Q.executeDelayedItemsLayout(); // the scroll range must know the new row count
+    UpdateScrollRange(); // the view does not lay itself out on the model's layout change (see the
+                         // constructor)
+#if QT_CONFIG(accessibility)
+    if (QAccessible::isActive()) {
+        QAccessibleTableModelChangeEvent event(&Q, QAccessibleTableModelChangeEvent::ModelReset);
+        QAccessible::updateAccessibility(&event);
+    }
+#endif
     // The rows the user last saw at the top of the screen: the first of them that is still there goes
     // back to the top.
     // Scrolling back to the rows the user saw: the whole viewport is repainted below, so the backing
@@ -95,8 +103,9 @@ void TNoticeBdGrid::TPrivate::NoteTopRows() {
     TopIds.clear();
     const int first = Q.rowAt(0);
     if (first < 0) return;
-    const int last = std::max(first, Q.rowAt(Q.viewport()->height() - 1));
-    for (int row = first; row <= last && row < first + 256; ++row)
+    // A few rows are enough: the first of them still there goes back to the top.
+    const int last = std::min(Model->rowCount() - 1, first + 7);
+    for (int row = first; row <= last; ++row)
         TopIds.push_back(Model->IdOf(row));
 }
 

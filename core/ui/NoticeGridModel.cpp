@@ -39,9 +39,18 @@ int32_t TNoticeGridModel::KeyOf(int Row) const {
 }
 
 quintptr TNoticeGridModel::IdOf(int Row) const {
+    const uint64_t revision = FView.Revision();
+    if (Row == FIdRow && revision == FIdRevision) return FIdOfRow;
     const TGridRowInfo info = Info(Row);
-    if (info.Heading) return quintptr(info.Id);
-    return info.Position < 0 ? 0 : quintptr(uint32_t(FView.KeyAt(info.Position)));
+    quintptr id = 0;
+    if (info.Heading)
+        id = quintptr(info.Id);
+    else if (info.Position >= 0)
+        id = quintptr(uint32_t(FView.KeyAt(info.Position)));
+    FIdRow = Row;
+    FIdOfRow = id;
+    FIdRevision = revision;
+    return id;
 }
 
 int TNoticeGridModel::RowOfKey(int32_t Key) const {
@@ -117,6 +126,7 @@ void TNoticeGridModel::Refresh() {
     emit layoutAboutToBeChanged({}, QAbstractItemModel::VerticalSortHint);
     const QModelIndexList from = persistentIndexList();
     FRows.Rebuild(FView);
+    FIdRow = -1; // the same revision may map rows differently now (collapsing)
     QModelIndexList to;
     to.reserve(from.size());
     for (const QModelIndex& index : from) {

@@ -61,4 +61,8 @@ private:
     TNoticeGridView& FView;
     TGridDisplayRows FRows;
     std::array<QString, NoticeFieldCount> FCaptions;
+    // The last row whose id was asked for: a table asks for every cell of a row in turn.
+    mutable int FIdRow = -1;
+    mutable quintptr FIdOfRow = 0;
+    mutable uint64_t FIdRevision = 0;
 };
