@@ -4,7 +4,7 @@ BUILD_TYPE ?= RelWithDebInfo
 GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build test run bench format clean
+.PHONY: all deps configure build test run bench package format clean
 
 all: build
 
@@ -27,6 +27,10 @@ run: build
 
 bench: build
 	./scripts/run-bench $(BUILD_DIR)
+
+# The Debian package build/noticeboard_<version>_<arch>.deb (install: sudo apt-get install ./build/noticeboard_*.deb).
+package: build
+	cd $(BUILD_DIR) && cpack -G DEB
 
 format:
 	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i
