@@ -25,33 +25,42 @@ public:
     static constexpr int32_t BlockSize = 1 << Bits;
 
     TBlockVector() = default;
-    // Copies share the blocks.
-    TBlockVector(const TBlockVector&) = default;
-    TBlockVector& operator=(const TBlockVector&) = default;
+    // Copies share the blocks; both sides mark them as perhaps shared.
+    TBlockVector(const TBlockVector& other)
+        : FData(other.FData), FOwners(other.FOwners), FMaybeShared(other.FOwners.size(), 1),
+          FSize(other.FSize) {
+        std::fill(other.FMaybeShared.begin(), other.FMaybeShared.end(), 1);
+    }
+    TBlockVector& operator=(const TBlockVector& other) {
+        if (this != &other) *this = TBlockVector(other);
+        return *this;
+    }
     TBlockVector(TBlockVector&& other) noexcept
-        : FBlocks(std::move(other.FBlocks)), FSize(std::exchange(other.FSize, 0)) {}
+        : FData(std::move(other.FData)), FOwners(std::move(other.FOwners)),
+          FMaybeShared(std::move(other.FMaybeShared)), FSize(std::exchange(other.FSize, 0)) {}
     TBlockVector& operator=(TBlockVector&& other) noexcept {
-        FBlocks = std::move(other.FBlocks);
+        FData = std::move(other.FData);
+        FOwners = std::move(other.FOwners);
+        FMaybeShared = std::move(other.FMaybeShared);
         FSize = std::exchange(other.FSize, 0);
         return *this;
     }
 
     int32_t Size() const { return FSize; }
-    const T& operator[](int32_t i) const { return FBlocks[size_t(i >> Bits)][i & Mask]; }
+    const T& operator[](int32_t i) const { return FData[size_t(i >> Bits)][i & Mask]; }
     // The element for writing: its block is copied first when another vector shares it.
     T& Write(int32_t i) { return Own(size_t(i >> Bits))[i & Mask]; }
     // Copies every shared block from the one holding element First on, so that writing there no longer
-    // allocates (a failure leaves the contents as they were).
+    // allocates (a failure leaves the contents as they were). Blocks never written stay unallocated.
     void OwnFrom(int32_t First) {
-        for (size_t b = size_t(First >> Bits); b < FBlocks.size(); ++b)
-            Own(b);
+        for (size_t b = size_t(First >> Bits); b < FData.size(); ++b)
+            if (FData[b] != ZeroBlock().get()) Own(b);
     }
     // Whether the block holding element i is shared with another vector.
-    bool Shared(int32_t i) const { return FBlocks[size_t(i >> Bits)].use_count() > 1; }
+    bool Shared(int32_t i) const { return FOwners[size_t(i >> Bits)].use_count() > 1; }
 
     void PushBack(T&& value) {
-        if ((FSize >> Bits) == static_cast<int32_t>(FBlocks.size()))
-            FBlocks.push_back(std::make_shared<T[]>(size_t(BlockSize)));
+        if ((FSize >> Bits) == static_cast<int32_t>(FData.size())) AddBlock();
         Write(FSize) = std::move(value);
         ++FSize;
     }
@@ -66,19 +75,32 @@ public:
             T* block = Own(keep - 1);
             std::fill(block + (Count & Mask), block + std::min(inLast, BlockSize), T());
         }
-        FBlocks.resize(keep);
+        FData.resize(keep);
+        FOwners.resize(keep);
+        FMaybeShared.resize(keep);
         FSize = Count;
     }
 
-    void Clear() {
-        FBlocks.clear();
-        FSize = 0;
+    // Grows the vector to Count elements of T() in blocks that are allocated when first written (until
+    // then they all read from one shared block of T()), so a large table costs nothing until it fills.
+    void GrowZeroed(int32_t Count) {
+        const size_t blocks = size_t((Count + BlockSize - 1) >> Bits);
+        while (FData.size() < blocks) {
+            Reserve();
+            FData.push_back(ZeroBlock().get());
+            FOwners.push_back(ZeroBlock());
+            FMaybeShared.push_back(1);
+        }
+        FSize = std::max(FSize, Count);
     }
 
-    // Memory accounting: the bytes of the blocks this vector holds alone.
+    void Clear() { *this = TBlockVector(); }
+
+    // Memory accounting: the bytes of the blocks this vector holds alone, and of its block tables.
     size_t OwnBytes() const {
-        size_t n = 0;
-        for (const auto& b : FBlocks)
+        size_t n =
+            FData.capacity() * sizeof(T*) + FOwners.capacity() * sizeof(FOwners[0]) + FMaybeShared.capacity();
+        for (const auto& b : FOwners)
             if (b.use_count() == 1) n += sizeof(T) * size_t(BlockSize);
         return n;
     }
@@ -86,22 +108,48 @@ public:
 private:
     static constexpr int32_t Mask = BlockSize - 1;
 
-    T* Own(size_t b) {
-        std::shared_ptr<T[]>& block = FBlocks[b];
-        if (block.use_count() > 1) {
-            std::shared_ptr<T[]> copy;
-            if constexpr (std::is_trivially_copyable_v<T>) {
-                copy = std::make_shared_for_overwrite<T[]>(size_t(BlockSize));
-                std::memcpy(copy.get(), block.get(), sizeof(T) * size_t(BlockSize));
-            } else {
-                copy = std::make_shared<T[]>(size_t(BlockSize));
-                std::copy(block.get(), block.get() + BlockSize, copy.get());
-            }
-            block = std::move(copy);
-        }
-        return block.get();
+    static const std::shared_ptr<T[]>& ZeroBlock() {
+        static const std::shared_ptr<T[]> zero = std::make_shared<T[]>(size_t(BlockSize));
+        return zero; // never written: it is always shared, so a write copies it first
+    }
+    void Reserve() { // the three tables grow together, or not at all
+        if (FData.size() < FData.capacity()) return;
+        FData.reserve(FData.size() + 1 + FData.size() / 2);
+        FOwners.reserve(FData.capacity());
+        FMaybeShared.reserve(FData.capacity());
+    }
+    void AddBlock() {
+        Reserve();
+        std::shared_ptr<T[]> block = std::make_shared<T[]>(size_t(BlockSize));
+        FData.push_back(block.get());
+        FOwners.push_back(std::move(block));
+        FMaybeShared.push_back(0);
     }
 
-    std::vector<std::shared_ptr<T[]>> FBlocks;
+    T* Own(size_t b) {
+        // Only a copy marks blocks as perhaps shared; a block found unshared stays unmarked, so writes to
+        // a store that was never copied do not read the block's count.
+        if (FMaybeShared[b]) {
+            std::shared_ptr<T[]>& block = FOwners[b];
+            if (block.use_count() > 1) {
+                std::shared_ptr<T[]> copy;
+                if constexpr (std::is_trivially_copyable_v<T>) {
+                    copy = std::make_shared_for_overwrite<T[]>(size_t(BlockSize));
+                    std::memcpy(copy.get(), block.get(), sizeof(T) * size_t(BlockSize));
+                } else {
+                    copy = std::make_shared<T[]>(size_t(BlockSize));
+                    std::copy(block.get(), block.get() + BlockSize, copy.get());
+                }
+                FData[b] = copy.get();
+                block = std::move(copy);
+            }
+            FMaybeShared[b] = 0;
+        }
+        return FData[b];
+    }
+
+    std::vector<T*> FData;                     // each block's elements, for reading
+    std::vector<std::shared_ptr<T[]>> FOwners; // each block's share
+    mutable std::vector<uint8_t> FMaybeShared; // set by copying, cleared once a write found it unshared
     int32_t FSize = 0;
 };

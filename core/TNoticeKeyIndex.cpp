@@ -18,26 +18,6 @@ bool SameKey(std::string_view a, std::string_view b) {
 
 } // namespace
 
-TNoticeKeyIndex::TEntry& TNoticeKeyIndex::TTable::Write(size_t i) {
-    std::shared_ptr<TEntry[]>& chunk = FChunks[i >> ChunkBits];
-    const size_t n = std::min(ChunkSize, FSize); // a small table is one small chunk
-    if (!chunk) {
-        chunk = std::make_shared<TEntry[]>(n); // zero: empty buckets
-    } else if (chunk.use_count() > 1) {
-        std::shared_ptr<TEntry[]> copy = std::make_shared_for_overwrite<TEntry[]>(n);
-        std::memcpy(copy.get(), chunk.get(), n * sizeof(TEntry));
-        chunk = std::move(copy);
-    }
-    return chunk[i & (ChunkSize - 1)];
-}
-
-size_t TNoticeKeyIndex::TTable::OwnBytes() const {
-    size_t bytes = FChunks.capacity() * sizeof(FChunks[0]);
-    for (const auto& chunk : FChunks)
-        if (chunk && chunk.use_count() == 1) bytes += std::min(ChunkSize, FSize) * sizeof(TEntry);
-    return bytes;
-}
-
 uint32_t TNoticeKeyIndex::HashKey(std::string_view key) {
     uint32_t h = 2166136261u;
     for (unsigned char c : key) {
@@ -160,11 +140,6 @@ void TNoticeKeyIndex::CopyFrom(const TNoticeKeyIndex& other) {
     FOld = other.FOld;
     FMigrated = other.FMigrated;
     FCount = other.FCount;
-}
-
-void TNoticeKeyIndex::TTable::OwnAll() {
-    for (size_t c = 0; c < FChunks.size(); ++c)
-        if (FChunks[c] && FChunks[c].use_count() > 1) Write(c << ChunkBits);
 }
 
 void TNoticeKeyIndex::Renumber(std::span<const int32_t> NewSlotOf) {

@@ -4,7 +4,7 @@
 // entered; an empty key is a key like any other.
 // Growing is spread over the following insertions (the old table is copied a few buckets at a time and
 // searched until then), so no single insertion pauses to rehash a million keys.
-// The buckets sit in chunks of 4 KB that are allocated when first written; an index copied from another
+// The buckets sit in chunks of 2 KB that are allocated when first written; an index copied from another
 // shares the chunks with it until either side writes to one (copy on write).
 // Owned by its store, which keeps it in step with its rows; not thread-safe. Failures: changes raise
 // std::bad_alloc (an insertion leaves the slot out of the index, a renumbering leaves the index to be
@@ -54,33 +54,24 @@ private:
     static constexpr uint32_t Removed = UINT32_MAX;
     static constexpr size_t MigrateStep = 8; // old buckets copied per insertion while growing
 
-    // A bucket array, zero (empty) until written, in chunks allocated on their first write and shared
-    // with copies until written again. A freshly grown table costs no pass over its memory.
+    // A bucket array in chunks of 256 buckets (2 KB), each allocated when first written and shared with
+    // copies until written again. A freshly grown table costs no pass over its memory.
     class TTable {
     public:
         TTable() = default;
-        explicit TTable(size_t size) : FChunks((size + ChunkSize - 1) / ChunkSize), FSize(size) {}
-        size_t size() const { return FSize; }
-        bool empty() const { return FSize == 0; }
-        TEntry operator[](size_t i) const {
-            const std::shared_ptr<TEntry[]>& chunk = FChunks[i >> ChunkBits];
-            return chunk ? chunk[i & (ChunkSize - 1)] : TEntry{0, 0};
-        }
-        TEntry& Write(size_t i);
+        explicit TTable(size_t size) { FChunks.GrowZeroed(static_cast<int32_t>(size)); }
+        size_t size() const { return size_t(FChunks.Size()); }
+        bool empty() const { return FChunks.Size() == 0; }
+        TEntry operator[](size_t i) const { return FChunks[static_cast<int32_t>(i)]; }
+        TEntry& Write(size_t i) { return FChunks.Write(static_cast<int32_t>(i)); }
         // Copies every chunk shared with another table, so that writes no longer allocate.
-        void OwnAll();
-        void swap(TTable& other) noexcept {
-            FChunks.swap(other.FChunks);
-            std::swap(FSize, other.FSize);
-        }
-        void clear() { *this = TTable(); }
-        size_t OwnBytes() const;
+        void OwnAll() { FChunks.OwnFrom(0); }
+        void swap(TTable& other) noexcept { std::swap(FChunks, other.FChunks); }
+        void clear() { FChunks.Clear(); }
+        size_t OwnBytes() const { return FChunks.OwnBytes(); }
 
     private:
-        static constexpr int ChunkBits = 9;
-        static constexpr size_t ChunkSize = size_t(1) << ChunkBits; // 512 buckets, 4 KB
-        std::vector<std::shared_ptr<TEntry[]>> FChunks;
-        size_t FSize = 0;
+        TBlockVector<TEntry, 8> FChunks;
     };
 
     static size_t Locate(const TTable& table, uint32_t hash, uint32_t slotPlus1);
