@@ -213,3 +213,34 @@ TEST_F(NoticeBoardTest, ABoardOutOfKeysRefusesNewNoticesAndSaysWhy) {
     EXPECT_EQ(Store().TotalCount(), 1);
     EXPECT_EQ(Board->TotalCount(), 1);
 }
+
+// Deleting most notices makes the store move the rest into fewer slots in the middle of a message; the
+// notices keep their keys, the protocol still finds them by originator key, new notices get keys above all
+// earlier ones, and the row the user was on is still current afterwards.
+TEST_F(NoticeBoardTest, ReclaimedSlotsChangeNothingTheProtocolOrTheUserSees) {
+    std::string fill;
+    for (int n = 0; n < 200; ++n)
+        fill += Notice("new", El("adpt_orig_key", "n" + std::to_string(n)) + El("note_pvo_node", "N"));
+    ASSERT_EQ(Send(Message(fill)), 0);
+    Store().SetCompactionFloor(1);
+    const int32_t keyOf150 = Row("n150")->AsInteger(nf_nb_internal_key);
+    const TBookmark current = Store().GetBookmark();
+    ASSERT_EQ(current, keyOf150);
+
+    std::string deletes;
+    for (int n = 0; n < 120; ++n)
+        deletes += Notice("delete", El("adpt_orig_key", "N" + std::to_string(n)));
+    ASSERT_EQ(Send(Message(deletes + Notice("post", El("adpt_orig_key", "n130") + El("note_count", "7")) +
+                           Notice("new", El("adpt_orig_key", "late")))),
+              0);
+    EXPECT_LT(Store().SlotCount(), 200) << "the deleted notices' slots were reclaimed";
+    EXPECT_EQ(Store().GetBookmark(), current);
+    EXPECT_EQ(Store().TotalCount(), 81);
+    EXPECT_EQ(Board->TotalCount(), 81);
+    EXPECT_EQ(Row("n0"), nullptr);
+    EXPECT_EQ(Row("n130")->AsInteger(nf_note_count), 7);
+    EXPECT_EQ(Row("n150")->AsInteger(nf_nb_internal_key), keyOf150);
+    EXPECT_EQ(Row("late")->AsInteger(nf_nb_internal_key), 201);
+    EXPECT_EQ(Send(Message(Notice("new", El("adpt_orig_key", "N199")))), ZNB_NOTICE_FAILED)
+        << "still a duplicate";
+}

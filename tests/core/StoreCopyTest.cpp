@@ -6,7 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -117,4 +121,97 @@ TEST(StoreCopy, ACopiedViewTakesTheBoardsOrderAndThenGoesItsOwnWay) {
     TNoticeGridView late(preview, grid);
     ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(late));
     EXPECT_EQ(late.RebuildCount(), 1u);
+}
+
+namespace {
+
+// What a user of one store can see of it: every row (key, originator key, severity, whether the filter
+// passes it), the counts, the filter and the current row.
+struct TSnapshot {
+    std::vector<std::tuple<int64_t, std::string, int64_t, bool>> Rows;
+    int32_t Total = 0, Records = 0;
+    std::string FilterText;
+    bool Filtered = false;
+    TBookmark Current = 0;
+    bool operator==(const TSnapshot&) const = default;
+};
+
+TSnapshot Snap(const TNoticeStore& store) {
+    TSnapshot s;
+    for (int32_t slot = 0; slot < store.SlotCount(); ++slot)
+        if (store.SlotLive(slot)) {
+            const TNoticeRecord& r = store.RowBySlot(slot);
+            s.Rows.emplace_back(r.AsInteger(nf_nb_internal_key), std::string(r.AsString(nf_adpt_orig_key)),
+                                r.AsInteger(nf_note_severity), store.SlotPasses(slot));
+        }
+    s.Total = store.TotalCount();
+    s.Records = store.RecordCount();
+    s.FilterText = store.FilterText();
+    s.Filtered = store.Filtered();
+    s.Current = store.GetBookmark();
+    return s;
+}
+
+} // namespace
+
+// Every kind of write, on either side of a fresh copy, changes that side only.
+TEST(StoreCopy, AWriteOnEitherSideNeverShowsInTheOther) {
+    const std::vector<std::pair<const char*, std::function<void(TNoticeStore&)>>> writes = {
+        {"edit",
+         [](TNoticeStore& s) {
+             s.SetRecNo(70); // in the second block of rows
+             s.Edit();
+             s.Buffer().SetString(nf_adpt_orig_key, "edited");
+             s.Buffer().SetInteger(nf_note_severity, 9);
+             s.Post();
+         }},
+        {"insert",
+         [](TNoticeStore& s) {
+             s.Append();
+             s.Buffer().SetString(nf_adpt_orig_key, "inserted");
+             s.Post();
+         }},
+        {"delete and compact",
+         [](TNoticeStore& s) {
+             s.SetCompactionFloor(1);
+             for (int i = 0; i < 100; ++i) {
+                 s.SetRecNo(1 + i % s.RecordCount());
+                 s.Delete();
+             }
+         }},
+        {"filter",
+         [](TNoticeStore& s) {
+             s.SetFilterText("note_severity = 3");
+             s.SetFiltered(true);
+         }},
+        {"move", [](TNoticeStore& s) { s.Last(); }},
+        {"empty", [](TNoticeStore& s) { s.EmptyDataSet(); }},
+    };
+    for (const auto& [what, write] : writes) {
+        for (const bool onCopy : {false, true}) {
+            SCOPED_TRACE(testing::Message() << what << (onCopy ? " on the copy" : " on the board"));
+            TNoticeStore board;
+            Fill(board, 300);
+            board.SetFilterText("note_severity >= 2");
+            board.SetFiltered(true);
+            board.SetRecNo(5);
+            TNoticeStore copy;
+            copy.CopyFrom(board);
+            ASSERT_TRUE(Snap(copy) == Snap(board));
+            const TSnapshot untouched = Snap(onCopy ? board : copy);
+            TNoticeStore& written = onCopy ? copy : board;
+            const TSnapshot before = Snap(written);
+            write(written);
+            EXPECT_FALSE(Snap(written) == before) << "the write took effect";
+            EXPECT_TRUE(Snap(onCopy ? board : copy) == untouched);
+            // The untouched side can itself still be written without disturbing the written one.
+            TNoticeStore& other = onCopy ? board : copy;
+            const TSnapshot writtenNow = Snap(written);
+            other.SetRecNo(1);
+            other.Edit();
+            other.Buffer().SetInteger(nf_note_severity, 4);
+            other.Post();
+            EXPECT_TRUE(Snap(written) == writtenNow);
+        }
+    }
 }
