@@ -83,6 +83,7 @@ private slots:
         // Sorted by summary as the board's grid is; severities read as the board shows them.
         QCOMPARE(preview->model()->index(0, nf_note_summary).data().toString(), QString("Backup failed"));
         QCOMPARE(preview->model()->index(0, nf_note_severity).data().toString(), QString("Critical"));
+        QCOMPARE(preview->View().RebuildCount(), 0u); // the order was taken over, not sorted again
         Editor->Display().SetGrid(preview);
         CreateDefaultView(Editor->Display());
         Editor->UpdateVisibleFieldEditor();

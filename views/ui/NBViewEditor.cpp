@@ -66,8 +66,9 @@ TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdG
     connect(ui->btnCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
+// The preview reads the copy and the display, which are members: it goes first, not with the children.
 TfrmNBViewEditor::~TfrmNBViewEditor() {
-    cfgGrid->SetDisplay(nullptr);
+    delete cfgGrid;
 }
 
 std::string TfrmNBViewEditor::ViewName() const {
