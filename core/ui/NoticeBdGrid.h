@@ -46,6 +46,10 @@ public:
     // names until AssignColumnHeaders, grid lines on, the row indicator and focus rectangle on (as a new
     // grid component's), and the store's current row as its current row. objectName "NoticeBdGrid".
     explicit TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent = nullptr);
+    // A grid over a copy of ViewOf's store (TNoticeStore::CopyFrom) that starts with ViewOf's columns
+    // (its Layout) and rows in ViewOf's order; while neither store has changed since the copy the order is
+    // taken over without sorting (a display editor's preview). ViewOf is only read, now.
+    TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, QWidget* Parent = nullptr);
     ~TNoticeBdGrid() override;
 
     TNoticeStore& Store() const;
@@ -170,6 +174,8 @@ protected:
     void resizeEvent(QResizeEvent* Event) override;
 
 private:
+    void Init(const TGridLayout& Layout);
+
     struct TPrivate;
     std::unique_ptr<TPrivate> d;
 };

@@ -17,7 +17,9 @@
 
 struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver {
     TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore);
+    TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& OrderOf);
     ~TPrivate() override;
+    void InitClock();
 
     TNoticeBdGrid& Q;
     TNoticeStore& Store;
