@@ -27,6 +27,7 @@ void TNoticeStore::CopyFrom(const TNoticeStore& other) {
     FFilterText = other.FFilterText;
     FFilter = other.FFilter;
     FFiltered = other.FFiltered;
+    ++FRowsGeneration;
     TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }
@@ -41,6 +42,7 @@ void TNoticeStore::EmptyDataSet() {
     FBof = FEof = true;
     FState = TDataSetState::dsBrowse;
     FBuffer = TNoticeRecord();
+    ++FRowsGeneration;
     TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }
