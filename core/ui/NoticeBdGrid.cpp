@@ -11,7 +11,8 @@
 #include <chrono>
 
 TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore)
-    : Q(Grid), Store(AStore), View(AStore) {
+    : Q(Grid), Store(AStore), Search(AStore), View(AStore) {
+    View.SetNarrowing(&Search); // narrows nothing until a text is typed
     Clock = [] {
         return int64_t(std::chrono::duration_cast<std::chrono::milliseconds>(
                            std::chrono::steady_clock::now().time_since_epoch())
