@@ -97,7 +97,7 @@ void Message(benchmark::State& state, bool Counted) {
     }
     static int run = 0;
     const std::string prefix = "new" + std::to_string(++run);
-    std::mt19937_64 rng(uint64_t(run));
+    std::mt19937_64 rng{uint64_t(run)};
     std::vector<std::string> posts, undos;
     for (int i = 0; i < 200; ++i) {
         std::string post = "<NoticeMessage><NoticeList>", undo = post;
