@@ -11,16 +11,17 @@
 #include <chrono>
 
 TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore)
-    : Q(Grid), Store(AStore), View(AStore) {
-    InitClock();
+    : Q(Grid), Store(AStore), Search(AStore), View(AStore) {
+    Init();
 }
 
 TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& OrderOf)
-    : Q(Grid), Store(AStore), View(AStore, OrderOf) {
-    InitClock();
+    : Q(Grid), Store(AStore), Search(AStore), View(AStore, OrderOf) {
+    Init();
 }
 
-void TNoticeBdGrid::TPrivate::InitClock() {
+void TNoticeBdGrid::TPrivate::Init() {
+    View.SetNarrowing(&Search); // narrows nothing until a text is typed
     Clock = [] {
         return int64_t(std::chrono::duration_cast<std::chrono::milliseconds>(
                            std::chrono::steady_clock::now().time_since_epoch())
