@@ -167,17 +167,35 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
         Stale = false;
         ++Revision;
     }
+    // The sorted slots go straight into the tree's leaves, which it reuses: no list of every slot between.
+    struct TTreeLoad final : INoticeSlotSink {
+        explicit TTreeLoad(TTree& tree) : Tree(tree) {}
+        TTree& Tree;
+        void Begin(int32_t Count) override { Tree.BeginAssign(Count); }
+        void Take(const int32_t* Slots, int32_t Count) override {
+            for (int32_t i = 0; i < Count; ++i)
+                Tree.Append(Slots[i]);
+        }
+    };
     void Rebuild() {
         Stale = true; // until it has finished: a failure leaves the rebuild to the next read
         Member = Store.ActiveFilter();
-        std::vector<int32_t> slots;
-        const int32_t count = Store.SlotCount();
-        slots.reserve(static_cast<size_t>(Member ? Store.RecordCount() : Store.TotalCount()));
-        for (int32_t s = 0; s < count; ++s)
-            if (InStore(s)) slots.push_back(s);
-        SortNoticeSlots(Store, Columns, slots);
         NarrowSeen = Narrowing ? Narrowing->Generation() : 0;
-        Serve(std::move(slots));
+        if (!Narrowed()) {
+            // The common case: the sorted slots go straight into the tree.
+            Full.reset();
+            TTreeLoad load(Tree);
+            SortNoticeRows(Store, Columns, Member != nullptr, load);
+            Tree.EndAssign();
+        } else {
+            std::vector<int32_t> slots;
+            const int32_t count = Store.SlotCount();
+            slots.reserve(static_cast<size_t>(Member ? Store.RecordCount() : Store.TotalCount()));
+            for (int32_t s = 0; s < count; ++s)
+                if (InStore(s)) slots.push_back(s);
+            SortNoticeSlots(Store, Columns, slots);
+            Serve(std::move(slots));
+        }
         Stale = false;
         ++Revision;
         ++Rebuilds;
