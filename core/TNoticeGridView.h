@@ -5,8 +5,9 @@
 //
 // Costs (n = rows in the view): the row at a position and the position of a key are O(log n); a row that
 // is inserted, deleted, or updated (whether or not a sort value changed) moves in O(log n); setting the
-// order sorts once (O(n log n); O(n) by counting when the first column is a small integer domain such as the severity; with each row's sort values read once rather than parsed per comparison);
-// a new filter text or an emptied store rebuilds. Memory: a few bytes per row beyond the store.
+// order sorts once (O(n log n); O(n) by counting when the first column is a small integer domain such as the
+// severity; with each row's sort values read once rather than parsed per comparison); a new filter text or an
+// emptied store rebuilds. Memory: a few bytes per row beyond the store.
 //
 // The view keeps in step with every change of the store, including changes made while the store's views
 // are detached (a notice message switches the filter off and on and detaches the views; the view follows
