@@ -100,7 +100,9 @@ void TNoticeBdForm::FormShow() {
     Timer1->setProperty("tag", 0);
     Timer1->start();
     ReadSettings();
-    if (!FPlacementRestored) CenterInMainForm();
+    // A maximised or minimised window has no place of its own to centre.
+    if (!FPlacementRestored && !(windowState() & (Qt::WindowMaximized | Qt::WindowMinimized)))
+        CenterInMainForm();
 }
 
 void TNoticeBdForm::Timer1Timer() {

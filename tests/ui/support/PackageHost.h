@@ -65,12 +65,18 @@ private:
 
 // One notice of an XML test message, R/Vista by default. Dates in the message's ISO form; empty: absent.
 struct TBoardNotice {
+    TBoardNotice(std::string AKey, int ASeverity = 1, std::string ASourceType = "R/Vista",
+                 std::string ARaised = "2026-11-21T10:00:00", std::string ALastRaised = "2026-11-21T10:00:00",
+                 std::string AAckDate = "", std::string ANode = "NODE1")
+        : Key(std::move(AKey)), Severity(ASeverity), SourceType(std::move(ASourceType)),
+          Raised(std::move(ARaised)), LastRaised(std::move(ALastRaised)), AckDate(std::move(AAckDate)),
+          Node(std::move(ANode)) {}
     std::string Key;
-    int Severity = 1;
-    std::string SourceType = "R/Vista";
-    std::string Raised = "2026-11-21T10:00:00";
-    std::string LastRaised = "2026-11-21T10:00:00";
+    int Severity;
+    std::string SourceType;
+    std::string Raised;
+    std::string LastRaised;
     std::string AckDate;
-    std::string Node = "NODE1";
+    std::string Node;
 };
 std::string BoardMessage(const std::vector<TBoardNotice>& Notices, const std::string& Command = "post");
