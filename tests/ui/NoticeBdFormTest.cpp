@@ -321,6 +321,58 @@ private slots:
         QVERIFY(host->LogText().find("Error : ") == std::string::npos);
     }
 
+    // What `make run` shows a newcomer: the demo adapter playing R/Vista; an acknowledgement comes back as
+    // the notice's acknowledgement date.
+    void DemoAdapterAnswersAnAcknowledgement() {
+        qputenv("ZNBA_DEMO_SOURCE_TYPE", "R/Vista");
+        qputenv("ZNBA_DEMO_INTERVAL_MS", "100");
+        qputenv("ZNBA_DEMO_SEED", "7");
+        host->WriteIni("ZNBA_Demo");
+        QMainWindow* board = host->ShowBoard();
+        QVERIFY(board);
+        board->resize(1040, 560);
+        host->Tick();
+        QTableView* grid = GridOf(board);
+        QTRY_VERIFY_WITH_TIMEOUT(grid->model()->rowCount() >= 6, 10000);
+        auto ackDateOf = [&](const QString& key) {
+            for (int r = 0; r < grid->model()->rowCount(); ++r)
+                if (grid->model()->index(r, nf_nb_internal_key).data().toString() == key)
+                    return grid->model()->index(r, nf_ack_date).data().toString();
+            return QStringLiteral("(gone)");
+        };
+        QString key;
+        for (int r = 0; r < grid->model()->rowCount() && key.isEmpty(); ++r) {
+            if (!grid->model()->index(r, nf_ack_date).data().toString().isEmpty()) continue;
+            const QString candidate = grid->model()->index(r, nf_nb_internal_key).data().toString();
+            ClickRow(grid, r);
+            if (Enabled(board, "btnAckNote") && Child<QLabel>(board, "txtNoteId")->toolTip() == candidate)
+                key = candidate;
+        }
+        QVERIFY(!key.isEmpty());
+        QVERIFY(ClickButton(board, "btnAckNote"));
+        QTRY_VERIFY_WITH_TIMEOUT(!ackDateOf(key).isEmpty(), 10000);
+        QVERIFY(ackDateOf(key) != QStringLiteral("(gone)"));
+        SaveShot(board, "board");
+        qunsetenv("ZNBA_DEMO_INTERVAL_MS");
+    }
+
+    // The start-up question about an installed but unconfigured product; No leaves it unconfigured.
+    void AsksAboutAnUnconfiguredProduct() {
+        host->WriteRawIni("[AdapterConfig]\nAlwaysPrompt=1\n[Adapters]\nCount=2\nAdapter_0=DuskMere\n"
+                          "Adapter_1=R/Vista\n[Adapter_DuskMere]\nLoadable=0\n[Adapter_R/Vista]\n"
+                          "DLL_Name=ZNBA_TestRecorder\nConfigured=0\nLoadable=1\nEnabled=1\n");
+        QString question;
+        auto seen = WhenModal("DisplayDialog", [&](QWidget* form) {
+            for (QLabel* label : form->findChildren<QLabel*>())
+                if (label->text().contains("installed")) question = label->text();
+            SaveShot(form, "confirmation");
+            form->close();
+        });
+        QVERIFY(host->ShowBoard());
+        QVERIFY(*seen);
+        QCOMPARE(question, QStringLiteral("R/Vista is installed but not configured - Do you wish to configure it?"));
+    }
+
     // Bad input: the board opens and stays usable, and the log says what went wrong.
     void OpensWithoutUsableConfigurationOrAdapters() {
         host->WriteIni("ZNBA_NoSuchAdapter");
