@@ -69,10 +69,14 @@ void TNoticeBdDetailPanel::SetDataSourceEnabled(bool Enabled) {
 }
 
 void TNoticeBdDetailPanel::ShowValue(QLabel* Label, const QString& Text) {
+    // Messages refresh the panel many times a second while its row rarely changes: shortening a text is
+    // the costly part, so an unchanged value at an unchanged width is left alone.
+    const int room = Label->contentsRect().width() - 2 * Label->margin() - 4;
+    if (Label->toolTip() == Text && Label->property("shownWidth").toInt() == room) return;
+    Label->setProperty("shownWidth", room);
     // The whole value is the hint, so a value cut off by the column can still be read.
     Label->setToolTip(Text);
     Label->setAccessibleDescription(Text);
-    const int room = Label->contentsRect().width() - 2 * Label->margin() - 4;
     Label->setText(Label->fontMetrics().elidedText(Text, Qt::ElideRight, std::max(room, 0)));
 }
 

@@ -6,6 +6,20 @@
 #include <QLineEdit>
 #include <QStatusBar>
 
+namespace {
+
+// A panel's size does not depend on its text (it has a fixed width and one line), so its size hints are
+// not worked out from the text: the totals change with nearly every message, and the status bar is laid
+// out again each time.
+class TStatusPanel final : public QLabel {
+public:
+    using QLabel::QLabel;
+    QSize sizeHint() const override { return {width(), fontMetrics().height() + 2 * frameWidth() + 2}; }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+};
+
+} // namespace
+
 TNoticeBdStatusBar::TNoticeBdStatusBar(QStatusBar& Bar, QLabel& StatusImage, QLineEdit& StatusCaption)
     : FBar(Bar), FImage(StatusImage), FCaption(StatusCaption) {
     NewPanel(200);
@@ -13,7 +27,7 @@ TNoticeBdStatusBar::TNoticeBdStatusBar(QStatusBar& Bar, QLabel& StatusImage, QLi
 }
 
 QLabel* TNoticeBdStatusBar::NewPanel(int width) {
-    auto* panel = new QLabel(&FBar);
+    auto* panel = new TStatusPanel(&FBar);
     panel->setObjectName(QStringLiteral("Panel%1").arg(FPanels.size()));
     panel->setFrameShape(QFrame::StyledPanel);
     panel->setFrameShadow(QFrame::Sunken);
@@ -45,6 +59,7 @@ void TNoticeBdStatusBar::SetPanelWidth(int index, int width) {
 void TNoticeBdStatusBar::SetPanelText(int index, const std::string& text) {
     if (QLabel* panel = Panel(index)) {
         const QString value = QString::fromStdString(text);
+        if (panel->text() == value) return;
         panel->setText(value);
         panel->setToolTip(value); // a narrow panel cuts its text off
     }

@@ -59,6 +59,8 @@ void TNoticeBdForm::SetupToolBar() {
     ui->Image2->setPixmap(NbIcon(TNbIcon::Busy).pixmap(16, 16));
     ui->Image2->setAccessibleName(ui->Image2->toolTip());
     ui->Image2->setVisible(false);
+    // The marks share one spot outside any layout: they swap twice for every message, and the tool bar
+    // is not laid out again for that.
 }
 
 void TNoticeBdForm::SetupListers() {
