@@ -2,6 +2,7 @@
 // FilterFolder set, DoShowNoticeBoard called over a QMainWindow, controls found by their names. Notices
 // come through the recording adapter's stored callback; Timer1 is ticked directly.
 #include "core/Znb_const.h"
+#include "noticeboard.h"
 #include "support/ModalDriver.h"
 #include "support/PackageHost.h"
 #include "support/WidgetShots.h"
@@ -17,6 +18,9 @@
 #include <QTimer>
 #include <QToolButton>
 #include <QtTest>
+
+#include <fstream>
+#include <sstream>
 
 namespace {
 
@@ -125,6 +129,38 @@ private slots:
         SaveShot(board, "board-empty");
     }
 
+    // Every name of the binary interface leaves the package under its plain name, and nothing of the
+    // engine does (a host may carry an engine of its own).
+    void ExportsOnlyTheBinaryInterface() {
+        for (const char* name :
+             {"DoShowNoticeBoard", "Initialize", "Finalize", "GetPackageInfoTable", "FilterFolder",
+              "FindDuskmere", "LaunchDuskmere", "Get_ZNB_Error_Message", "ISO8601ToDate", "DateToISO8601",
+              "DateToISO8601Time", "DateTimeToUnix", "UnixStrToDateTime", "DecodeMonth", "ConvertDate",
+              "rvStrToDateTime", "rvTimeUnitToSeconds", "rvSecondsToTimeUnit", "Get_Time_Zone_Bias"})
+            QVERIFY2(host->Symbol(name), name);
+        QVERIFY(!host->Symbol("NoticeCallback"));
+        QVERIFY(!host->Symbol("_Z6ZS_LogRKNSt7__cxx1112basic_stringIcSt11char_traitsIcESaIcEEES6_"));
+
+        const auto table =
+            reinterpret_cast<noticeboard::GetPackageInfoTable_Fn>(host->Symbol("GetPackageInfoTable"))();
+        QVERIFY(table && table->UnitCount > 0);
+        QCOMPARE(QString(table->Units[table->UnitCount - 1].Name), QStringLiteral("Znb_main"));
+
+        using IsoFn = double (*)(const std::string&);
+        const auto iso = reinterpret_cast<IsoFn>(host->Symbol("ISO8601ToDate"));
+        QCOMPARE(iso("2004-02-29"), 38046.0);
+        bool raised = false;
+        try {
+            iso("2004-13-01");
+        } catch (const std::exception& e) {
+            raised = QString(e.what()).startsWith("Error converting Date. Invalid DateTime string : ");
+        }
+        QVERIFY(raised);
+        using MessageFn = std::string (*)(int32_t);
+        QCOMPARE(reinterpret_cast<MessageFn>(host->Symbol("Get_ZNB_Error_Message"))(0),
+                 std::string("Operation OK"));
+    }
+
     void FirstTickStartsTheAdaptersAndLaterTicksOnlyPoll() {
         QMainWindow* board = host->ShowBoard();
         QVERIFY(board);
@@ -172,6 +208,30 @@ private slots:
         QCOMPARE(host->Send(BoardMessage({{"A"}}, "delete")), 0);
         QCOMPARE(host->PanelText(0), QStringLiteral("Total notices: 5"));
         QTRY_COMPARE(grid->model()->rowCount(), 5);
+    }
+
+    // A display chosen in the list is applied to the grid, and the last filter and display are remembered.
+    void DisplayComboAppliesTheDisplayAndIsRemembered() {
+        std::ifstream sample(NB_SOURCE_DIR "/examples/displays/Triage.nbd", std::ios::binary);
+        std::stringstream triage;
+        triage << sample.rdbuf();
+        host->WriteBoardFile("Triage.nbd", triage.str());
+        QMainWindow* board = BoardWith({{"a", 1}, {"b", 2}});
+        QVERIFY(board);
+        QTableView* grid = GridOf(board);
+        QVERIFY(grid->isColumnHidden(nf_note_pvo_node));
+        auto* displays = Child<QComboBox>(board, "cmbDisplays");
+        const int triageIndex = displays->findText("Triage");
+        QVERIFY(triageIndex > 0);
+        displays->setCurrentIndex(triageIndex);
+        emit displays->activated(triageIndex);
+        QVERIFY(!grid->isColumnHidden(nf_note_pvo_node));
+        QVERIFY(host->CloseBoard());
+        std::ifstream ini((host->Folder() + "/zpnbd.ini").toStdString());
+        std::stringstream text;
+        text << ini.rdbuf();
+        QVERIFY2(text.str().find("PreviousDisplay=Triage") != std::string::npos, text.str().c_str());
+        QVERIFY(text.str().find("PreviousFilter=<No Filter>") != std::string::npos);
     }
 
     // The acknowledge button reads the current notice only; delete follows the selection.
@@ -370,7 +430,8 @@ private slots:
         });
         QVERIFY(host->ShowBoard());
         QVERIFY(*seen);
-        QCOMPARE(question, QStringLiteral("R/Vista is installed but not configured - Do you wish to configure it?"));
+        QCOMPARE(question,
+                 QStringLiteral("R/Vista is installed but not configured - Do you wish to configure it?"));
     }
 
     // Bad input: the board opens and stays usable, and the log says what went wrong.

@@ -70,6 +70,10 @@ void TPackageHost::WriteBoardFile(const QString& Name, const std::string& Text) 
     std::ofstream((BoardFolder() + Name).toStdString(), std::ios::binary | std::ios::trunc) << Text;
 }
 
+void* TPackageHost::Symbol(const char* Name) const {
+    return FPackage ? GetProcAddress(FPackage, Name) : nullptr;
+}
+
 QMainWindow* TPackageHost::ShowBoard() {
     return ShowBoard(BoardFolder().toStdString());
 }

@@ -24,6 +24,9 @@ public:
     bool Loaded() const { return FPackage != nullptr && FRecorder != nullptr; }
     const QString& ErrorText() const { return FError; }
 
+    // An export of the package by its plain name; null when the package does not export it.
+    void* Symbol(const char* Name) const;
+
     // The temporary folder (with zpnbd.ini) and the notice board folder inside it (trailing "/").
     QString Folder() const { return FDir.path(); }
     QString BoardFolder() const { return FDir.path() + "/Noticeboard/"; }
