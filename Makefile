@@ -4,7 +4,7 @@ BUILD_TYPE ?= RelWithDebInfo
 GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 
-.PHONY: all deps configure build test run bench package format clean
+.PHONY: all deps configure build test run run-engine bench package format clean
 
 all: build
 
@@ -22,7 +22,12 @@ build: configure
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
+# The board in its host console (with a display; without one under xvfb-run, leaving build/board.png).
 run: build
+	./scripts/run-board $(BUILD_DIR)
+
+# The engine's tour with nbtool on the sample files.
+run-engine: build
 	./scripts/run-sample $(BUILD_DIR)
 
 bench: build
