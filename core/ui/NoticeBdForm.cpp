@@ -50,6 +50,7 @@ TNoticeBdForm::TNoticeBdForm(QWidget* Owner)
     SetupListers();
     SetupToolBar();
     SetupActions();
+    SetupExtras();
     FBoard.SetTotalCount(0);
     FDetailPanel->DetailPanelResize();
 
@@ -167,7 +168,8 @@ void TNoticeBdForm::ReloadGrid() {
 }
 
 void TNoticeBdForm::SetStatusText(const std::string& Text) {
-    FStatusBar->SetPanelText(0, Text);
+    FStatusText = Text;
+    ShowStatusText();
 }
 
 void TNoticeBdForm::UpdateStatusBar() {

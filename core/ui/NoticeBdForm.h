@@ -28,6 +28,8 @@ class TNoticeBdDetailPanel;
 class TNoticeBdGrid;
 class TNoticeBdStatusBar;
 class TQtPrompt;
+class TQuickSearchBox;
+class TFilterComboCounts;
 class IExportSource;
 namespace Ui {
 class TNoticeBdForm;
@@ -69,6 +71,11 @@ private:
     void SetupToolBar();
     void SetupActions();
     void SetupListers();
+    // What the board adds for people who watch it all day (NoticeBdExtras.cpp): the quick search, the
+    // severity badges and the filters' live counts.
+    void SetupExtras();
+    // The first status panel: the board's text, then the quick search's "(N match)" while it narrows.
+    void ShowStatusText();
 
     void FormShow();
     void FormClose();
@@ -109,6 +116,9 @@ private:
     std::unique_ptr<TFIleLister> FDisplayLister;
     std::unique_ptr<TFIleLister> FFilterLister;
     std::unique_ptr<IExportSource> FExportSource;
+    TQuickSearchBox* FQuickSearch = nullptr;
+    TFilterComboCounts* FFilterCounts = nullptr;
+    std::string FStatusText;
     QTimer* Timer1 = nullptr;
     std::atomic<bool> FWakePending{false};
     int FHourglassDepth = 0;
