@@ -9,7 +9,7 @@ constexpr int64_t MsPerTick = 1000; // changes are remembered to the second; the
 } // namespace
 
 TRowHighlights::TRowHighlights(TNoticeStore& Store, TClock Clock, int64_t DurationMs)
-    : FStore(Store), FClock(std::move(Clock)), FDuration(std::max<int64_t>(1, DurationMs)), FEpoch(Now()) {
+    : FStore(Store), FClock(std::move(Clock)), FDuration(std::max<int64_t>(1, DurationMs)) {
     FStore.AddRowObserver(this);
 }
 
@@ -19,8 +19,9 @@ TRowHighlights::~TRowHighlights() {
 
 void TRowHighlights::Touch(int32_t Slot) {
     if (Slot < 0) return;
-    if (static_cast<size_t>(Slot) >= FChanged.size()) FChanged.resize(static_cast<size_t>(Slot) + 1, 0);
     const int64_t now = Now();
+    if (FChanged.empty()) FEpoch = now; // the first change since the start or since Clear
+    if (static_cast<size_t>(Slot) >= FChanged.size()) FChanged.resize(static_cast<size_t>(Slot) + 1, 0);
     // Past the range of a 32-bit second count (136 years) the clock has gone wrong; keep the row plain.
     const int64_t tick = (now - FEpoch) / MsPerTick + 1;
     FChanged[Slot] = tick > 0 && tick <= UINT32_MAX ? static_cast<uint32_t>(tick) : 0;

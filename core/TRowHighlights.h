@@ -43,7 +43,7 @@ private:
     TNoticeStore& FStore;
     TClock FClock;
     int64_t FDuration;
-    int64_t FEpoch;                 // clock reading that second 1 counts from
+    int64_t FEpoch = 0;             // clock reading at the first change remembered: second 1
     std::vector<uint32_t> FChanged; // per slot: second of the last change since FEpoch, plus 1; 0 never
     int64_t FLastChange = 0;        // clock reading of the newest change (valid while FAny)
     bool FAny = false;

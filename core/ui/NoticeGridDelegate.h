@@ -19,6 +19,7 @@
 class TNoticeGridModel;
 class TKeySelection;
 class TNoticeRecord;
+class INoticeRowEmphasis;
 
 class TNoticeGridDelegate : public QAbstractItemDelegate {
     Q_OBJECT
@@ -40,6 +41,8 @@ public:
     const TColors& Colors() const { return FColors; }
     // The background of a data row that is not selected.
     QColor RowBackground(int Row) const;
+    // Rows drawn emphasised (core/ui/NoticeRowEmphasis.h); not owned, null for none.
+    void SetEmphasis(const INoticeRowEmphasis* Emphasis) { FEmphasis = Emphasis; }
 
     void paint(QPainter* Painter, const QStyleOptionViewItem& Option,
                const QModelIndex& Index) const override;
@@ -51,6 +54,7 @@ private:
         const TNoticeRecord* Record = nullptr;
         bool Heading = false;
         bool Selected = false;
+        double Emphasis = 0;
     };
     const TRowCache& RowState(int Row) const;
     // The width of a text in the cells' font, and its layout, from the caches.
@@ -60,6 +64,7 @@ private:
     const TNoticeGridModel& FModel;
     const TKeySelection& FSelection;
     TColors FColors;
+    const INoticeRowEmphasis* FEmphasis = nullptr;
     mutable TRowCache FCache; // the table paints row by row, cell by cell
     mutable QFont FFont;      // the font the text caches hold
     mutable QHash<QString, int> FWidths;
