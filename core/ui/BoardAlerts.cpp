@@ -172,18 +172,6 @@ void TBoardAlerts::Announce(const TAlertAnnouncement& A, const TNotificationSett
     if (S.Sound) Player().Play(SoundFileFor(S.SoundFile(A.Severity), A.Severity));
 }
 
-void TBoardAlerts::Preview(const TNotificationSettings& Settings, int Severity) {
-    TAlertAnnouncement a;
-    a.Severity = Severity;
-    a.Notices = 1;
-    a.Summary = tr("This is how the board tells of new trouble.").toStdString();
-    TNotificationSettings s = Settings;
-    s.Desktop = s.Sound = true;
-    const int32_t keep = FAnnouncedKey;
-    Announce(a, s);
-    FAnnouncedKey = keep;
-}
-
 void TBoardAlerts::ArmReminder() {
     const std::optional<int64_t> next = FWatcher.NextReminderIn();
     if ((FSettings.Desktop || FSettings.Sound) && next)

@@ -70,8 +70,6 @@ public:
     void Flush();
     // A reminder when one is due (AlertTimer calls it).
     void Remind();
-    // Shows and plays Severity's alert once with Settings, muted or not (the configuration's "Test").
-    void Preview(const TNotificationSettings& Settings, int Severity);
 
     TAlertWatcher& Watcher() { return FWatcher; }
     TRowHighlights& Highlights() { return FHighlights; }

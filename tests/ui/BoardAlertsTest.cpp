@@ -327,12 +327,6 @@ private slots:
             TRig rig{TNotificationSettings()};
             QCOMPARE(BoardAlertOutputs().Player, static_cast<ISoundPlayer*>(&rig.Sounds));
             QCOMPARE(BoardAlertOutputs().Notifier, static_cast<INoticeNotifier*>(&rig.Shown));
-            TNotificationSettings s;
-            s.SoundFiles[1] = "/nowhere/x.wav";
-            rig.Alerts.Preview(s, 2);
-            QCOMPARE(rig.Shown.Shown.size(), size_t(1));
-            QCOMPARE(rig.Shown.Shown[0].Title, QStringLiteral("Warning notice"));
-            QCOMPARE(rig.Sounds.Played, QStringList{DefaultSoundFile(2)});
         }
         QVERIFY(!BoardAlertOutputs().Notifier && !BoardAlertOutputs().Player);
     }
