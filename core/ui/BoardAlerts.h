@@ -8,8 +8,10 @@
 // offers MuteMenu() (a tool button), and hands it the settings again after the configuration dialog
 // closes (ApplySettings). Everything is off until the settings switch it on.
 //
-// Owned by the board window (Qt parent); the store and the grid must outlive it. GUI thread only. Store
-// changes only schedule work for the next event-loop turn; nothing here throws into the store.
+// Owned by the board window (Qt parent), but it listens to the store: delete it before the store goes
+// (a std::unique_ptr member declared after the board's TNoticeBoard does, as for the grid). The grid may
+// go first. GUI thread only. Store changes only schedule work for the next event-loop turn; nothing here
+// throws into the store.
 #pragma once
 
 #include "adapters/ZNB_NotifyCfg.h"
@@ -39,8 +41,8 @@ class TBoardAlerts : public QObject, private INoticeRowEmphasis {
 public:
     static constexpr int HighlightStepMs = 2000; // the fade's repaint step
 
-    // Board: the board window (parent; raised from the tray). Grid: the board's grid, whose delegate asks
-    // for the rows' emphasis; null for none. The settings are copied.
+    // Board: the board window (parent, not null; raised from the tray). Grid: the board's grid, whose
+    // delegate asks for the rows' emphasis; null for none. The settings are copied.
     TBoardAlerts(QWidget* Board, TNoticeStore& Store, TNoticeBdGrid* Grid,
                  const TNotificationSettings& Settings);
     ~TBoardAlerts() override;
@@ -97,7 +99,8 @@ private:
     int64_t Now() const { return FClock(); }
 
     QPointer<QWidget> FBoard;
-    TNoticeBdGrid* FGrid;
+    QPointer<TNoticeBdGrid> FGrid; // a child of the board may go first
+
     TNotificationSettings FSettings;
     std::function<int64_t()> FClock;
     TAlertWatcher FWatcher;
