@@ -27,4 +27,5 @@ public:
 
 private:
     QSoundEffect* FEffect = nullptr; // made at the first sound: opening the audio device costs
+    bool FPlayWhenReady = false;
 };

@@ -12,6 +12,7 @@
 
 #include <QAction>
 #include <QMenu>
+#include <QPainter>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -228,6 +229,13 @@ private slots:
 
         rig.Post({Notice("a", 2), Notice("b", 4), Notice("c", 3)});
         QCOMPARE(tray->IconSeverity(), 4);
+        QImage marks(48 * 5, 48, QImage::Format_ARGB32);
+        marks.fill(Qt::white);
+        QPainter painter(&marks);
+        for (int severity = 0; severity <= 4; ++severity)
+            painter.drawPixmap(48 * severity, 0, AlertTrayIcon(severity).pixmap(48, 48));
+        painter.end();
+        SaveShot(marks, QStringLiteral("alerts-tray-icons"));
         QCOMPARE(tray->ToolTip(),
                  QStringLiteral(
                      "Notice Board\n3 notices, the worst Critical\n2 unacknowledged at Fatal or above"));
@@ -320,6 +328,22 @@ private slots:
         QVERIFY(!rig.Find<QTimer>("HighlightTimer")->isActive());
         grid.viewport()->repaint();
         QCOMPARE(colour("late"), plainOf("late"));
+    }
+
+    void theBoardsOwnSoundsAreCompiledIn() {
+        // The window layer is a static library: its resources exist only when registered.
+        for (int severity = 0; severity <= 5; ++severity) {
+            QFile wav(DefaultSoundFile(severity));
+            QVERIFY2(wav.open(QIODevice::ReadOnly), qPrintable(wav.fileName()));
+            const QByteArray head = wav.read(12);
+            QVERIFY(head.startsWith("RIFF") && head.endsWith("WAVE"));
+        }
+        QCOMPARE(DefaultSoundFile(9), DefaultSoundFile(1));
+        QCOMPARE(SoundFileFor("  ", 4), DefaultSoundFile(4));
+        // The real player takes both kinds of file without complaint (the offscreen test has no device).
+        TQtSoundPlayer player;
+        player.Play(DefaultSoundFile(4));
+        player.Play(QStringLiteral("/nowhere/missing.wav"));
     }
 
     void theOpenBoardLendsItsOutputsToTheConfiguration() {
