@@ -28,10 +28,18 @@ TQtSoundPlayer::TQtSoundPlayer(QObject* Parent) : QObject(Parent) {}
 TQtSoundPlayer::~TQtSoundPlayer() = default;
 
 void TQtSoundPlayer::Play(const QString& File) {
-    if (!FEffect) FEffect = new QSoundEffect(this);
+    if (!FEffect) {
+        FEffect = new QSoundEffect(this);
+        // A file loads in the background: the sound asked for plays once it is ready.
+        connect(FEffect, &QSoundEffect::statusChanged, this, [this] {
+            if (FEffect->status() == QSoundEffect::Ready && FPlayWhenReady) FEffect->play();
+            if (FEffect->status() != QSoundEffect::Loading) FPlayWhenReady = false;
+        });
+    }
     const QUrl url =
         File.startsWith(QLatin1Char(':')) ? QUrl(QLatin1String("qrc") + File) : QUrl::fromLocalFile(File);
     FEffect->stop();
-    if (FEffect->source() != url) FEffect->setSource(url); // loads in the background; play waits for it
-    FEffect->play();
+    if (FEffect->source() != url) FEffect->setSource(url);
+    FPlayWhenReady = FEffect->status() != QSoundEffect::Ready;
+    if (!FPlayWhenReady) FEffect->play();
 }
