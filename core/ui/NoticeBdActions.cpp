@@ -144,6 +144,7 @@ void TNoticeBdForm::btnConfigClick() {
 void TNoticeBdForm::OpenConfigDialog() {
     if (!FFilterLister || !FDisplayLister) return;
     ShowConfigDialog(this, FStartup->Adapters(), FFilterLister->Items, FDisplayLister->Items);
+    ApplyNotificationSettings();
 }
 
 void TNoticeBdForm::Act_PrintExecute() {

@@ -1,7 +1,12 @@
 // What the board window adds for people who watch it all day: the quick search in the tool bar (Ctrl+F,
 // Esc clears) with its "(N match)" in the first status panel, the live count per severity as badges at
-// the right of the status bar, and beside each saved filter in cmbFilters how many notices it passes.
+// the right of the status bar, beside each saved filter in cmbFilters how many notices it passes, and the
+// alerts (desktop notification or banner, sound, tray icon, highlight of changed rows) as the
+// configuration's Notifications page sets them.
+#include "adapters/ZNB_Cfg.h"
 #include "core/Nb_utils.h"
+#include "core/ui/AlertBanner.h"
+#include "core/ui/BoardAlerts.h"
 #include "core/ui/NoticeBdForm.h"
 #include "core/ui/NoticeBdGrid.h"
 #include "core/ui/NoticeBdStatusBar.h"
@@ -21,11 +26,29 @@ void TNoticeBdForm::SetupExtras() {
     FQuickSearch->InstallShortcut(this);
     connect(FQuickSearch, &TQuickSearchBox::StatusTextChanged, this, [this] { ShowStatusText(); });
 
-    auto* badges = new TSeverityBadges(FBoard.cdsNoticeBd(), ui->StatusBar1);
-    badges->setAccessibleName(tr("Notices by severity"));
-    ui->StatusBar1->addPermanentWidget(badges);
+    FBadges = new TSeverityBadges(FBoard.cdsNoticeBd(), ui->StatusBar1);
+    FBadges->setAccessibleName(tr("Notices by severity"));
+    ui->StatusBar1->addPermanentWidget(FBadges);
 
     FFilterCounts = new TFilterComboCounts(ui->cmbFilters, FBoard.cdsNoticeBd(), FilterFolder);
+
+    FAlerts = std::make_unique<TBoardAlerts>(this, FBoard.cdsNoticeBd(), FGrid,
+                                             NBConfig ? NBConfig->Notifications : TNotificationSettings{});
+    // The banner (shown only when the desktop has no notification service) sits above the grid.
+    ui->layoutMain->insertWidget(ui->layoutMain->indexOf(ui->Splitter1), FAlerts->Banner());
+}
+
+void TNoticeBdForm::TearDownExtras() {
+    // The window's children outlive its members, the board among them.
+    FAlerts.reset();
+    delete FFilterCounts;
+    FFilterCounts = nullptr;
+    delete FBadges;
+    FBadges = nullptr;
+}
+
+void TNoticeBdForm::ApplyNotificationSettings() {
+    if (FAlerts && NBConfig) FAlerts->ApplySettings(NBConfig->Notifications);
 }
 
 void TNoticeBdForm::ShowStatusText() {

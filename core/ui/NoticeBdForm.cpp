@@ -3,6 +3,7 @@
 #include "adapters/ZNB_Cfg.h"
 #include "adapters/Znb_log.h"
 #include "core/Znb_callback.h"
+#include "core/ui/BoardAlerts.h"
 #include "core/ui/NbIcons.h"
 #include "core/ui/NoticeBdDetailPanel.h"
 #include "core/ui/NoticeBdGrid.h"
@@ -75,6 +76,7 @@ TNoticeBdForm::~TNoticeBdForm() {
         SetHourglass(false);
     // The grid and the detail panel read the store, which goes before the widgets would.
     FExportSource.reset();
+    TearDownExtras();
     if (FDisplay) FDisplay->SetGrid(nullptr);
     delete FGrid;
     delete FDetailPanel;

@@ -344,20 +344,20 @@ private slots:
     void PlacementIsSavedAndRestored() {
         QMainWindow* board = host->ShowBoard();
         QVERIFY(board);
-        board->resize(900, 520);
+        board->resize(1000, 520);
         board->move(120, 90);
         QVERIFY(host->CloseBoard());
         QSettings settings(QSettings::NativeFormat, QSettings::UserScope, "Zarvo Software", "Palvane");
         settings.beginGroup("NoticeBoard/Settings");
         QCOMPARE(settings.value("WindowState").toString(), QStringLiteral("Normal"));
-        QCOMPARE(settings.value("Width").toInt(), 900);
+        QCOMPARE(settings.value("Width").toInt(), 1000);
         QCOMPARE(settings.value("Height").toInt(), 520);
         QCOMPARE(settings.value("Left").toInt(), 120);
         QCOMPARE(settings.value("Top").toInt(), 90);
 
         board = host->ShowBoard();
         QVERIFY(board);
-        QCOMPARE(board->size(), QSize(900, 520));
+        QCOMPARE(board->size(), QSize(1000, 520));
         QCOMPARE(board->pos(), QPoint(120, 90));
         QVERIFY(host->CloseBoard());
 
