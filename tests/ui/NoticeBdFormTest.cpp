@@ -17,6 +17,7 @@
 #include <QTableView>
 #include <QTimer>
 #include <QToolButton>
+
 #include <QtTest>
 
 #include <fstream>
@@ -208,6 +209,42 @@ private slots:
         QCOMPARE(host->Send(BoardMessage({{"A"}}, "delete")), 0);
         QCOMPARE(host->PanelText(0), QStringLiteral("Total notices: 5"));
         QTRY_COMPARE(grid->model()->rowCount(), 5);
+    }
+
+    // The quick search narrows the grid and counts its matches after the board's text, messages keep the
+    // count current, Esc clears; the badges and the filter list count the board's notices.
+    void QuickSearchBadgesAndFilterCounts() {
+        host->WriteBoardFile("Critical only.nbf", "0(note_severity=4)\n");
+        QMainWindow* board = BoardWith({{"A", 1}, {"B", 4}, {"C", 2}, {"D", 4}, {"E", 3}});
+        QVERIFY(board);
+        QTableView* grid = GridOf(board);
+        auto* search = Child<QLineEdit>(board, "edtQuickSearch");
+        QVERIFY(search);
+        search->setText("CRITICAL");
+        QTRY_COMPARE(grid->model()->rowCount(), 2);
+        QCOMPARE(host->PanelText(0), QStringLiteral("Total notices: 5 (2 match)"));
+        QCOMPARE(host->Send(BoardMessage({{"F", 4}})), 0);
+        QCOMPARE(host->PanelText(0), QStringLiteral("Total notices: 6 (3 match)"));
+        QTest::keyClick(search, Qt::Key_Escape);
+        QVERIFY(search->text().isEmpty());
+        QTRY_COMPARE(grid->model()->rowCount(), 6);
+        QCOMPARE(host->PanelText(0), QStringLiteral("Total notices: 6"));
+
+        auto* badges = Child<QWidget>(board, "SeverityBadges");
+        QVERIFY(badges && badges->isVisible());
+        // The package's classes are its own copies: the counts are read by name, as a script would.
+        QObject* counts = board->findChild<QObject*>("FilterComboCounts");
+        QVERIFY(counts);
+        const auto decorated = [&](int index) {
+            QString text;
+            QMetaObject::invokeMethod(counts, "DecoratedText", Q_RETURN_ARG(QString, text),
+                                      Q_ARG(int, index));
+            return text;
+        };
+        auto* filters = Child<QComboBox>(board, "cmbFilters");
+        const int critical = filters->findText("Critical only"); // the texts the board reads stay plain
+        QVERIFY(critical > 0);
+        QTRY_COMPARE(decorated(critical), QStringLiteral("Critical only (3)"));
     }
 
     // A display chosen in the list is applied to the grid, and the last filter and display are remembered.
