@@ -1,4 +1,5 @@
 #include "core/TAlertWatcher.h"
+#include "core/SlotRenumber.h"
 
 #include <algorithm>
 
@@ -200,4 +201,8 @@ int32_t TAlertWatcher::WorstLive() const {
     for (int32_t severity = 4; severity >= 1; --severity)
         if (FLive[severity] > 0) return severity;
     return 0;
+}
+
+void TAlertWatcher::SlotsRenumbered(std::span<const int32_t> NewSlotOf) {
+    RenumberSlots(FState, NewSlotOf);
 }

@@ -21,6 +21,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -90,6 +91,8 @@ private:
     void RowUpdated(int32_t Slot) override;
     void RowDeleted(int32_t Slot) override;
     void RowsReset() override;
+    // Compaction: the per-slot data moves with the rows; nothing is counted again.
+    void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override;
 
     static uint8_t StateOf(const TNoticeRecord& Row);
     bool IsTrouble(uint8_t State) const;

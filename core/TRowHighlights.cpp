@@ -1,4 +1,5 @@
 #include "core/TRowHighlights.h"
+#include "core/SlotRenumber.h"
 
 #include <algorithm>
 
@@ -55,4 +56,8 @@ double TRowHighlights::Emphasis(int32_t Key) const {
 
 bool TRowHighlights::Active() const {
     return FAny && Now() - FLastChange < FDuration + MsPerTick;
+}
+
+void TRowHighlights::SlotsRenumbered(std::span<const int32_t> NewSlotOf) {
+    RenumberSlots(FChanged, NewSlotOf);
 }

@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <vector>
 
 class TRowHighlights final : INoticeRowObserver {
@@ -37,6 +38,8 @@ private:
     void RowUpdated(int32_t Slot) override { Touch(Slot); }
     void RowDeleted(int32_t Slot) override;
     void RowsReset() override;
+    // Compaction: the per-slot data moves with the rows; nothing is counted again.
+    void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override;
     void Touch(int32_t Slot);
     int64_t Now() const { return FClock(); }
 
