@@ -18,12 +18,13 @@ install(FILES ${CMAKE_SOURCE_DIR}/reports/r_base_template.xml DESTINATION ${NB_I
 # user sees the board at work; each user's own copy is made from it.
 set(NB_SHIPPED_INI ${CMAKE_SOURCE_DIR}/packaging/zpnbd.ini)
 install(FILES ${NB_SHIPPED_INI} DESTINATION ${NB_INSTALL_DIR})
+install(PROGRAMS ${CMAKE_SOURCE_DIR}/packaging/noticeboard DESTINATION ${NB_INSTALL_DIR})
 install(FILES ${CMAKE_SOURCE_DIR}/packaging/noticeboard.desktop DESTINATION usr/share/applications)
 install(FILES ${CMAKE_SOURCE_DIR}/resources/icons/noticeboard.svg
         DESTINATION usr/share/icons/hicolor/scalable/apps)
 # A command on the PATH as well as the menu entry.
 install(CODE "file(MAKE_DIRECTORY \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/usr/bin\")
-  file(CREATE_LINK /${NB_INSTALL_DIR}/pvconsole \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/usr/bin/noticeboard\" SYMBOLIC)")
+  file(CREATE_LINK /${NB_INSTALL_DIR}/noticeboard \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/usr/bin/noticeboard\" SYMBOLIC)")
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME noticeboard)
@@ -43,7 +44,8 @@ set(CPACK_DEBIAN_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # The package and the plug-ins are loaded at run time, not linked: their libraries count too.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_BINARY_DIR}/bin)
-set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-liberation, qt6-qpa-plugins")
+# The icons are SVG, read through Qt's image format and icon engine plug-ins, which nothing links.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "fonts-liberation, qt6-qpa-plugins, libqt6svg6")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_SOURCE_DIR}/packaging/postinst ${CMAKE_SOURCE_DIR}/packaging/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_OUTPUT_FILE_PREFIX ${CMAKE_BINARY_DIR})

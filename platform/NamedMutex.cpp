@@ -1,5 +1,7 @@
 #include "platform/NamedMutex.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <ctime>
 #include <fcntl.h>
@@ -7,8 +9,10 @@
 
 namespace {
 
+// One semaphore per user, as a named mutex is per session: another user's board neither waits on it nor
+// is refused it (a semaphore made by one user is not writable for the others).
 std::string SemName(const std::string& name) {
-    return !name.empty() && name[0] == '/' ? name : "/" + name;
+    return (!name.empty() && name[0] == '/' ? name : "/" + name) + "." + std::to_string(::getuid());
 }
 
 sem_t* Sem(void* p) {

@@ -1,7 +1,7 @@
 // The board's named start-up mutex, shared with adapter libraries and their companion processes.
-// On POSIX it is a named semaphore whose value 1 means free; the handle handed to adapters is its sem_t*.
-// A TNamedMutex belongs to one thread at a time (the board's); the semaphore itself may be waited on and
-// posted from any thread or process.
+// On POSIX it is a named semaphore of the calling user (the name gets "." + uid) whose value 1 means free;
+// the handle handed to adapters is its sem_t*. A TNamedMutex belongs to one thread at a time (the board's);
+// the semaphore itself may be waited on and posted from any thread or process.
 #pragma once
 
 #include <cstdint>

@@ -75,7 +75,7 @@ enum {
 };
 
 /* The board's start-up mutex "PV_NoticeBoard_Mutex": a sem_t* on POSIX (named semaphore
- * "/PV_NoticeBoard_Mutex", 1 = free), a HANDLE on Windows. Owned by the board; valid from ZNA_Connect
+ * "/PV_NoticeBoard_Mutex.<uid>", one per user as a session's mutex is, 1 = free), a HANDLE on Windows. Owned by the board; valid from ZNA_Connect
  * until ZNA_Disconnect returns. An adapter that wants to serialise with the board's start-up waits on it
  * and posts (releases) it again at once; it never closes it. */
 typedef void* ZNA_Mutex;

@@ -7,8 +7,9 @@
 
 TQuickSearchBox::TQuickSearchBox(QWidget* Parent) : QLineEdit(Parent) {
     setObjectName(QStringLiteral("edtQuickSearch"));
-    setPlaceholderText(tr("Find notices (Ctrl+F)"));
-    setToolTip(tr("Show only the notices whose texts contain all the words typed (Esc clears)"));
+    setPlaceholderText(
+        tr("Find notices")); // short: the tool bar often squeezes the box; the tip names Ctrl+F
+    setToolTip(tr("Show only the notices whose texts contain all the words typed (Ctrl+F; Esc clears)"));
     setClearButtonEnabled(true);
     // About 24 characters when there is room; a narrow board squeezes it to about 12.
     setMinimumWidth(fontMetrics().averageCharWidth() * 12);

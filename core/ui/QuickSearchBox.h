@@ -15,7 +15,7 @@ class TNoticeBdGrid;
 class TQuickSearchBox : public QLineEdit {
     Q_OBJECT
 public:
-    // objectName "edtQuickSearch", placeholder "Find notices (Ctrl+F)", a clear button, room for about
+    // objectName "edtQuickSearch", placeholder "Find notices", a clear button, room for about
     // 24 characters.
     explicit TQuickSearchBox(QWidget* Parent = nullptr);
 
