@@ -13,6 +13,13 @@ file(GLOB NB_UI_RESOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*.qrc)
 
 add_library(nbui STATIC ${NB_UI_SOURCES} ${NB_UI_RESOURCES})
 set_target_properties(nbui PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
+# The moc/uic step only reruns for the inputs it scanned last time, so a source or form added later would
+# never get its ui_*.h in an existing build folder. When the set of sources changes (the globs above make
+# CMake run again), its stamp is dropped so that it scans everything anew.
+if(NOT "${NB_UI_SOURCES}" STREQUAL "${NB_UI_SOURCES_SCANNED}")
+  file(REMOVE ${CMAKE_BINARY_DIR}/nbui_autogen/timestamp)
+  set(NB_UI_SOURCES_SCANNED "${NB_UI_SOURCES}" CACHE INTERNAL "window-layer sources at the last moc/uic scan")
+endif()
 target_include_directories(nbui PUBLIC ${CMAKE_SOURCE_DIR})
 target_link_libraries(nbui PUBLIC nbengine Qt6::Widgets Qt6::PrintSupport Qt6::Svg)
 

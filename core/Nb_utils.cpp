@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+std::string FilterFolder;
+
 std::string Get_Severity_String(int32_t Severity) {
     // The table was always indexed without a check, as callers pass only 1 to 4; out of range gives ""
     // here rather than reading past it.

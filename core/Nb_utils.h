@@ -7,6 +7,12 @@
 #include <string>
 #include <string_view>
 
+// The notice board folder with a trailing separator, where filter (".nbf") and display (".nbd") files
+// are addressed as FilterFolder + name + extension by plain concatenation. The host console assigns it
+// before it opens the board (the package exports it under this plain name); the board only reads it.
+// While it is empty those names are relative to the current folder. Board thread only.
+extern "C" std::string FilterFolder;
+
 // The text of a severity number: 1 "Normal", 2 "Warning", 3 "Fatal", 4 "Critical". Any other number
 // gives "" (the board never produces one).
 std::string Get_Severity_String(int32_t Severity);

@@ -62,11 +62,14 @@ std::string TFilter::GetData(int Row, int Col) const {
 void TFilter::setData(int Row, int Col, const std::string& Value) {
     if (Row < 0 || Row >= GetRowCount() || Value == GetData(Row, Col)) return;
     SetDelimiter(ColumnSeparator);
-    std::string line = FRows[static_cast<size_t>(Row)];
-    // An empty last column sits past the end of the line, where the tokenizer cannot write: such a
-    // change is dropped, as filter files written so far expect.
-    if (ReplaceToken(line, Value, GetTokenPos(line, Col + 1)))
-        FRows[static_cast<size_t>(Row)] = std::move(line);
+    std::string& line = FRows[static_cast<size_t>(Row)];
+    const int pos = GetTokenPos(line, Col + 1);
+    // An empty last column lies just past the end of the line, where the tokenizer cannot write; the
+    // value then simply ends the line, so a right parenthesis taken away in the line editor can come back.
+    if (pos == static_cast<int>(line.size()) + 1)
+        line += Value;
+    else
+        ReplaceToken(line, Value, pos);
 }
 
 std::string TFilter::GetFieldByName(const std::string& Name) const {

@@ -48,7 +48,7 @@ TElidedPathEdit::TElidedPathEdit(QLineEdit* edit) : QObject(edit), FEdit(edit) {
 }
 
 void TElidedPathEdit::SetFullText(const QString& text) {
-    FFullText = text;
+    Keep(text);
     if (FShowingFull)
         FEdit->setText(FFullText);
     else
@@ -67,9 +67,19 @@ void TElidedPathEdit::ShowFull() {
 
 void TElidedPathEdit::ShowShort() {
     if (!FShowingFull) return;
-    FFullText = FEdit->text();
+    Keep(FEdit->text());
     FShowingFull = false;
     ShowShortened();
+}
+
+void TElidedPathEdit::SetKeptTextAsToolTip(bool on) {
+    FToolTip = on;
+    if (FToolTip) FEdit->setToolTip(FFullText);
+}
+
+void TElidedPathEdit::Keep(const QString& text) {
+    FFullText = text;
+    if (FToolTip) FEdit->setToolTip(FFullText);
 }
 
 void TElidedPathEdit::ShowShortened() {

@@ -28,6 +28,11 @@ public:
     void SetFullText(const QString& text);
     // The full path: what is in the edit while the user is in it, else the kept path.
     QString FullText() const;
+    // The kept path only: while the user is in the edit, the path from before the typing (the edit's
+    // text is kept when the user leaves it).
+    QString KeptText() const { return FFullText; }
+    // Also shows the kept path as the edit's tool tip, now and whenever it changes.
+    void SetKeptTextAsToolTip(bool on);
 
     // Entering the edit: show the full path. Runs on every focus-in; callers that move the focus
     // before the window is active call it themselves.
@@ -42,8 +47,10 @@ protected:
 private:
     int AvailableWidth() const;
     void ShowShortened();
+    void Keep(const QString& text);
 
     QLineEdit* FEdit;
     QString FFullText;
     bool FShowingFull = false;
+    bool FToolTip = false;
 };

@@ -105,10 +105,10 @@ TEST(Ufilter, ChangingAColumnLeavesTheOthersByteForByte) {
     f.SetFieldByName("operator", "<");
     EXPECT_EQ(f.GetAsData(), "0" + Line({"NOT", "(", "note_count", "<", "3", ")"}));
     f.SetFieldByName("RightPar", "");
-    f.SetFieldByName("RightPar", "))");
-    // An empty last column lies past the end of the line, where the tokenizer cannot write.
-    EXPECT_EQ(f.GetFieldByName("RightPar"), "");
     EXPECT_EQ(f.GetFilterString(), "NOT ( note_count < 3");
+    f.SetFieldByName("RightPar", "))");
+    EXPECT_EQ(f.GetFieldByName("RightPar"), "))") << "an emptied last column takes a value again";
+    EXPECT_EQ(f.GetAsData(), "0" + Line({"NOT", "(", "note_count", "<", "3", "))"}));
 }
 
 TEST(Ufilter, SetAsDataSplitsAtByte3WithTheTokenizersRules) {

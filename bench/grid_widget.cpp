@@ -1,0 +1,541 @@
+// The notice grid widget (TNoticeBdGrid over TNoticeGridView) against the usual Qt way of showing the same
+// rows: QStandardItemModel (18 items per notice) + QSortFilterProxyModel (dynamic sorting, severity by
+// its number) + QTableView, both shown at 1200 x 800 on the offscreen platform, on boards of typical
+// notices filled through the notice callback (NoticeSamples.h):
+//  (a) load: build the grid (or the reference's items, proxy and view) on the board, sort by severity,
+//      paint the first screen;
+//  (b) one 10-notice "post" message (5 new notices, 5 updates that change the severity) through the
+//      callback with the grid sorted by severity, the grid brought up to date, with and without a repaint
+//      (the reference mirrors the ten changes into its items, every cell of an updated row, and lays its
+//      view out). Messages follow each other with nothing painted in between unless the case repaints;
+//      the new notices are deleted again, untimed, so the board keeps its size;
+//  (c) sorting by summary and by severity, repaint included;
+//  (d) painting one page in the middle, again (the texts laid out before) and paging down (new texts);
+//  (e) the heap the grid (or the reference) adds beyond the store, per row;
+// and selecting every row (Ctrl+A) of a million.
+// Times are the thread's CPU time (the machine is shared); (e) is measured with mallinfo2.
+#include "NoticeSamples.h"
+
+#include "core/TNoticeBoard.h"
+#include "core/Znb_callback.h"
+#include "core/Znb_fieldtext.h"
+#include "core/ui/NoticeBdGrid.h"
+#include "views/Displayu.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QSortFilterProxyModel>
+#include <QStandardItemModel>
+#include <QTableView>
+#include <QWindow>
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <ctime>
+#include <map>
+#include <memory>
+#include <random>
+
+namespace {
+
+constexpr int Width = 1200, Height = 800;
+
+TNoticeBoard& BoardWith(int64_t rows) {
+    static std::map<int64_t, std::unique_ptr<TNoticeBoard>> boards;
+    auto& board = boards[rows];
+    if (!board) {
+        board = std::make_unique<TNoticeBoard>();
+        SetNoticeBoard(board.get());
+        for (int64_t first = 0; first < rows; first += 1000) {
+            const std::string xml = SampleMessage("fill", first, int(std::min<int64_t>(1000, rows - first)));
+            const char* text = xml.c_str();
+            NoticeCallback(0, &text, 0);
+        }
+    }
+    SetNoticeBoard(board.get());
+    return *board;
+}
+
+void Send(const std::string& xml) {
+    const char* text = xml.c_str();
+    NoticeCallback(0, &text, 0);
+}
+
+double ThreadSeconds() {
+    timespec ts;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
+    return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
+}
+
+// Shows a widget and waits until its window is exposed: before that, repaint() paints nothing.
+void ShowExposed(QWidget& widget) {
+    widget.show();
+    for (int i = 0; i < 1000 && !(widget.windowHandle() && widget.windowHandle()->isExposed()); ++i)
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    QCoreApplication::processEvents();
+}
+
+size_t HeapInUse() {
+    malloc_trim(0);
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+// ---- Ours ----
+
+struct TOurs {
+    explicit TOurs(TNoticeStore& store) : Grid(store) {
+        Display.SetGrid(&Grid);
+        Grid.SetDisplay(&Display);
+        Grid.AssignColumnHeaders();
+        CreateDefaultView(Display); // severity first, sorted ascending
+        Grid.resize(Width, Height);
+        ShowExposed(Grid);
+        Grid.viewport()->repaint();
+    }
+    void SortBy(TNoticeField field, bool descending) {
+        TGridLayout layout = Grid.Layout();
+        for (int f = 0; f < NoticeFieldCount; ++f) {
+            layout.Column(TNoticeField(f)).Sort = TSortDirection::sdNone;
+            layout.Column(TNoticeField(f)).SortIndex = -1;
+        }
+        layout.Column(field).Sort = descending ? TSortDirection::sdDescending : TSortDirection::sdAscending;
+        layout.Column(field).SortIndex = 0;
+        Grid.SetLayout(layout);
+    }
+    TNoticeBdGrid Grid;
+    TDisplay Display;
+};
+
+// ---- The reference ----
+
+constexpr int SeverityRole = Qt::UserRole + 1;
+
+struct TReference {
+    explicit TReference(TNoticeStore& store) : Store(store) {
+        Items.setColumnCount(NoticeFieldCount);
+        Items.setRowCount(store.RecordCount());
+        int row = 0;
+        store.ForEachRow([&](const TNoticeRecord& r) { SetRow(row++, r); });
+        Proxy.setSortRole(SeverityRole);
+        Proxy.setDynamicSortFilter(true);
+        Proxy.setSourceModel(&Items);
+        Proxy.sort(nf_note_severity, Qt::AscendingOrder);
+        // Rows as high as the grid's, so that a page holds as many rows in both (set before the rows).
+        View.verticalHeader()->setMinimumSectionSize(1);
+        View.verticalHeader()->setDefaultSectionSize(View.fontMetrics().height() + 4);
+        View.verticalHeader()->hide();
+        View.setModel(&Proxy);
+        View.setSelectionBehavior(QAbstractItemView::SelectRows);
+        for (int f = 0; f < NoticeFieldCount; ++f)
+            View.setColumnHidden(f, f != nf_note_severity && f != nf_adpt_source_id && f != nf_note_summary &&
+                                        f != nf_note_raised_date && f != nf_note_count);
+        View.resize(Width, Height);
+        ShowExposed(View);
+        View.viewport()->repaint();
+    }
+    void SetRow(int row, const TNoticeRecord& r) {
+        for (int f = 0; f < NoticeFieldCount; ++f) {
+            auto* item = new QStandardItem(QString::fromStdString(FieldDisplayText(r, TNoticeField(f))));
+            // The sort role: the severity's number, every other column its text.
+            item->setData(f == nf_note_severity ? QVariant(r.AsInteger(nf_note_severity)) : item->text(),
+                          SeverityRole);
+            Items.setItem(row, f, item);
+        }
+        ByKey[r.AsInteger(nf_nb_internal_key)] = Items.item(row, nf_note_severity);
+    }
+    void Add(const TNoticeRecord& r) {
+        QList<QStandardItem*> items;
+        for (int f = 0; f < NoticeFieldCount; ++f) {
+            auto* item = new QStandardItem(QString::fromStdString(FieldDisplayText(r, TNoticeField(f))));
+            item->setData(f == nf_note_severity ? QVariant(r.AsInteger(nf_note_severity)) : item->text(),
+                          SeverityRole);
+            items.append(item);
+        }
+        Items.appendRow(items);
+        ByKey[r.AsInteger(nf_nb_internal_key)] = items[nf_note_severity];
+    }
+    // An update message carries the whole notice: every cell of its row is written again.
+    void Update(const TNoticeRecord& r) {
+        const int row = ByKey.value(r.AsInteger(nf_nb_internal_key))->row();
+        for (int f = 0; f < NoticeFieldCount; ++f) {
+            QStandardItem* item = Items.item(row, f);
+            item->setText(QString::fromStdString(FieldDisplayText(r, TNoticeField(f))));
+            item->setData(f == nf_note_severity ? QVariant(r.AsInteger(nf_note_severity)) : item->text(),
+                          SeverityRole);
+        }
+    }
+    void Remove(int32_t key) {
+        QStandardItem* item = ByKey.take(key);
+        if (item) Items.removeRow(item->row());
+    }
+    TNoticeStore& Store;
+    QStandardItemModel Items;
+    QSortFilterProxyModel Proxy;
+    QTableView View;
+    QHash<int32_t, QStandardItem*> ByKey;
+};
+
+int32_t KeyOfOrig(TNoticeStore& store, const std::string& origKey) {
+    store.SetIndexName(TNoticeStore::OrigKeyIndexName);
+    const bool found = store.FindKey(origKey);
+    store.SetIndexName(TNoticeStore::PrimaryIndexName);
+    return found ? store.GetBookmark() : 0;
+}
+
+const TNoticeRecord& RowOfKey(TNoticeStore& store, int32_t key) {
+    return store.RowBySlot(store.SlotOfKey(key));
+}
+
+// ---- (a) load and paint the first screen ----
+
+void BM_Load_Ours(benchmark::State& state) {
+    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        auto ours = std::make_unique<TOurs>(store);
+        state.SetIterationTime(ThreadSeconds() - t0);
+        ours.reset();
+    }
+}
+
+void BM_Load_Reference(benchmark::State& state) {
+    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        auto reference = std::make_unique<TReference>(store);
+        state.SetIterationTime(ThreadSeconds() - t0);
+        reference.reset();
+    }
+}
+
+// ---- (b) one 10-notice message ----
+
+struct TMessages {
+    std::vector<std::string> Post, Undo;
+    std::vector<std::vector<std::string>> NewKeys, UpdatedKeys;
+};
+
+TMessages MakeMessages(int64_t rows, int count) {
+    static int run = 0;
+    const std::string prefix = "new" + std::to_string(++run);
+    std::mt19937_64 rng(uint64_t(rows) + uint64_t(run));
+    TMessages m;
+    for (int i = 0; i < count; ++i) {
+        std::string post = "<NoticeMessage><NoticeList>", undo = post;
+        std::vector<std::string> added, updated;
+        for (int k = 0; k < 5; ++k) {
+            const int64_t n = int64_t(i) * 5 + k;
+            post += SampleNoticeXML(prefix, n);
+            added.push_back(SampleNotice(prefix, n).Key);
+            undo += "<Notice><Command>delete</Command><adpt_orig_key>" + added.back() +
+                    "</adpt_orig_key></Notice>";
+        }
+        for (int k = 0; k < 5; ++k) {
+            const int64_t n = int64_t(rng() % uint64_t(rows));
+            std::string xml = SampleNoticeXML("fill", n);
+            const std::string old = "<note_severity>" + std::to_string(n % 4 + 1) + "<";
+            const int severity = int((n % 4 + 1 + int64_t(rng() % 3)) % 4) + 1;
+            xml.replace(xml.find(old), old.size(), "<note_severity>" + std::to_string(severity) + "<");
+            post += xml;
+            updated.push_back(SampleNotice("fill", n).Key);
+        }
+        m.Post.push_back(post + "</NoticeList></NoticeMessage>");
+        m.Undo.push_back(undo + "</NoticeList></NoticeMessage>");
+        m.NewKeys.push_back(added);
+        m.UpdatedKeys.push_back(updated);
+    }
+    return m;
+}
+
+void Message_Ours(benchmark::State& state, bool repaint) {
+    TNoticeBoard& board = BoardWith(state.range(0));
+    TOurs ours(board.cdsNoticeBd());
+    ours.Grid.verticalScrollBar()->setValue(ours.Grid.verticalScrollBar()->maximum() / 2);
+    ours.Grid.viewport()->repaint();
+    const TMessages messages = MakeMessages(state.range(0), 200);
+    size_t i = 0;
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        Send(messages.Post[i % messages.Post.size()]);
+        ours.Grid.RefreshNow(); // what the grid's timer does, layout included
+        if (repaint) ours.Grid.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+        Send(messages.Undo[i % messages.Undo.size()]);
+        ours.Grid.RefreshNow();
+        ++i;
+    }
+    state.counters["rows"] = double(ours.Grid.model()->rowCount());
+}
+
+void Message_Reference(benchmark::State& state, bool repaint) {
+    TNoticeBoard& board = BoardWith(state.range(0));
+    TNoticeStore& store = board.cdsNoticeBd();
+    TReference reference(store);
+    reference.View.verticalScrollBar()->setValue(reference.View.verticalScrollBar()->maximum() / 2);
+    reference.View.viewport()->repaint();
+    const TMessages messages = MakeMessages(state.range(0), 50);
+    size_t i = 0;
+    std::vector<int32_t> added;
+    for (auto _ : state) {
+        const size_t m = i % messages.Post.size();
+        const double t0 = ThreadSeconds();
+        Send(messages.Post[m]);
+        added.clear();
+        for (const std::string& key : messages.NewKeys[m]) {
+            added.push_back(KeyOfOrig(store, key));
+            reference.Add(RowOfKey(store, added.back()));
+        }
+        for (const std::string& key : messages.UpdatedKeys[m])
+            reference.Update(RowOfKey(store, KeyOfOrig(store, key)));
+        reference.View.doItemsLayout(); // what the view's delayed layout would do next
+        if (repaint) reference.View.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+        Send(messages.Undo[m]);
+        for (const int32_t key : added)
+            reference.Remove(key);
+        reference.View.doItemsLayout();
+        ++i;
+    }
+    state.counters["rows"] = double(reference.Proxy.rowCount());
+}
+
+void BM_Message_Ours(benchmark::State& state) {
+    Message_Ours(state, false);
+}
+void BM_Message_Ours_Repaint(benchmark::State& state) {
+    Message_Ours(state, true);
+}
+void BM_Message_Reference(benchmark::State& state) {
+    Message_Reference(state, false);
+}
+void BM_Message_Reference_Repaint(benchmark::State& state) {
+    Message_Reference(state, true);
+}
+
+// ---- (c) sorting ----
+
+void Sort_Ours(benchmark::State& state, TNoticeField field) {
+    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    bool descending = false;
+    for (auto _ : state) {
+        descending = !descending;
+        const double t0 = ThreadSeconds();
+        ours.SortBy(field, descending);
+        ours.Grid.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+    }
+}
+
+void Sort_Reference(benchmark::State& state, TNoticeField field) {
+    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    bool descending = false;
+    for (auto _ : state) {
+        descending = !descending;
+        const double t0 = ThreadSeconds();
+        reference.Proxy.sort(field, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+        reference.View.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+    }
+}
+
+void BM_SortSummary_Ours(benchmark::State& state) {
+    Sort_Ours(state, nf_note_summary);
+}
+void BM_SortSeverity_Ours(benchmark::State& state) {
+    Sort_Ours(state, nf_note_severity);
+}
+void BM_SortSummary_Reference(benchmark::State& state) {
+    Sort_Reference(state, nf_note_summary);
+}
+void BM_SortSeverity_Reference(benchmark::State& state) {
+    Sort_Reference(state, nf_note_severity);
+}
+
+// ---- (d) one page in the middle ----
+
+template <typename T> void PaintPage(benchmark::State& state, T& widget, QTableView& view) {
+    view.scrollTo(view.model()->index(view.model()->rowCount() / 2, nf_note_summary));
+    view.viewport()->repaint();
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        view.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+    }
+    (void)widget;
+    state.counters["rows shown"] = double(view.rowAt(view.viewport()->height() - 1) - view.rowAt(0) + 1);
+}
+
+// Paging down: every iteration shows rows not painted before (their texts are laid out afresh).
+template <typename T> void PageDown(benchmark::State& state, T& widget, QTableView& view) {
+    view.viewport()->repaint();
+    QScrollBar* bar = view.verticalScrollBar();
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        bar->setValue(bar->value() + bar->pageStep());
+        view.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+    }
+    (void)widget;
+}
+
+void BM_PageDown_Ours(benchmark::State& state) {
+    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    PageDown(state, ours, ours.Grid);
+}
+
+void BM_PageDown_Reference(benchmark::State& state) {
+    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    PageDown(state, reference, reference.View);
+}
+
+void BM_Page_Ours(benchmark::State& state) {
+    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    PaintPage(state, ours, ours.Grid);
+}
+
+void BM_Page_Reference(benchmark::State& state) {
+    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    PaintPage(state, reference, reference.View);
+}
+
+// Ctrl+A on every row, and a click that clears it again (untimed).
+void BM_SelectAll_Ours(benchmark::State& state) {
+    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    for (auto _ : state) {
+        const double t0 = ThreadSeconds();
+        ours.Grid.selectAll();
+        ours.Grid.viewport()->repaint();
+        state.SetIterationTime(ThreadSeconds() - t0);
+        ours.Grid.SetSelectedKeys({});
+    }
+    state.counters["selected"] = double(ours.Grid.model()->rowCount());
+}
+
+// ---- (e) memory ----
+
+template <typename T> void Memory(benchmark::State& state) {
+    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    const double rows = double(store.RecordCount());
+    for (auto _ : state) {
+        // What the view alone holds, sorted by severity, for comparison.
+        size_t before = HeapInUse();
+        auto view = std::make_unique<TNoticeGridView>(store);
+        benchmark::DoNotOptimize(view->RowCount()); // read in key order first, as the grid does
+        view->SetOrder({}, {{nf_note_severity, false}});
+        state.counters["view bytes/row"] = double(HeapInUse() - before) / rows;
+        view.reset();
+        before = HeapInUse();
+        auto shown = std::make_unique<T>(store);
+        state.counters["bytes/row"] = double(HeapInUse() - before) / rows;
+        shown.reset();
+    }
+}
+
+void BM_Memory_Ours(benchmark::State& state) {
+    Memory<TOurs>(state);
+}
+void BM_Memory_Reference(benchmark::State& state) {
+    Memory<TReference>(state);
+}
+
+} // namespace
+
+BENCHMARK(BM_Load_Ours)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(3)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Load_Reference)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_Message_Ours)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(2000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Message_Ours_Repaint)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(500)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Message_Reference)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Iterations(20)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Message_Reference_Repaint)
+    ->Arg(10000)
+    ->Arg(100000)
+    ->Iterations(20)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+
+BENCHMARK(BM_SortSummary_Ours)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(4)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SortSeverity_Ours)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(4)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SortSummary_Reference)
+    ->Arg(100000)
+    ->Iterations(2)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SortSeverity_Reference)
+    ->Arg(100000)
+    ->Iterations(2)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_Page_Ours)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(200)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Page_Reference)->Arg(100000)->Iterations(100)->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PageDown_Ours)
+    ->Arg(100000)
+    ->Arg(1000000)
+    ->Iterations(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_PageDown_Reference)
+    ->Arg(100000)
+    ->Iterations(100)
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_SelectAll_Ours)->Arg(1000000)->Iterations(5)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+BENCHMARK(BM_Memory_Ours)->Arg(100000)->Arg(1000000)->Iterations(1);
+BENCHMARK(BM_Memory_Reference)->Arg(100000)->Iterations(1);
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}
