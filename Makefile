@@ -7,7 +7,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 FUZZ_SECONDS ?= 60
 FUZZ_TARGETS ?=
 
-.PHONY: all deps configure build test run bench format clean fuzz test-asan test-tsan
+.PHONY: all deps configure build test run bench package format clean fuzz test-asan test-tsan
 
 all: build
 
@@ -40,6 +40,10 @@ test-asan: deps
 
 test-tsan: deps
 	JOBS=$(JOBS) ./scripts/run-sanitized tsan build-tsan
+
+# The Debian package build/noticeboard_<version>_<arch>.deb (install: sudo apt-get install ./build/noticeboard_*.deb).
+package: build
+	cd $(BUILD_DIR) && cpack -G DEB
 
 format:
 	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i

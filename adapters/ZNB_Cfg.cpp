@@ -110,7 +110,7 @@ int32_t TZNB_Adapter_Cfg::Save_Ini_File(TIniFile& Ini) {
 
 // ---- TNBConfig
 
-TNBConfig::TNBConfig() : TNBConfig(ExecutableFolder()) {}
+TNBConfig::TNBConfig() : TNBConfig(DataFolder()) {}
 
 TNBConfig::TNBConfig(std::string exeFolder) : FExeFolder(IncludeTrailingPathDelimiter(exeFolder)) {
     for (const auto& builtIn : BuiltInAdapters)

@@ -34,8 +34,9 @@ public:
 class TNBConfig {
 public:
     // The built-in adapters "DuskMere" and "R/Vista" with their default records; the other fields stay
-    // zero/empty until Get. The first form uses the running executable's folder, the second exeFolder
-    // (tests and tools): the ini file and the default notice board folder are found there.
+    // zero/empty until Get. The first form uses DataFolder() (the executable's folder, or the per-user
+    // copy when that is not writable), the second exeFolder (tests and tools): the ini file and the
+    // default notice board folder are found there.
     TNBConfig();
     explicit TNBConfig(std::string exeFolder);
     ~TNBConfig();

@@ -3,7 +3,7 @@
 // count the slots under each child and keep each child's first slot, so that a search by comparison reads
 // one row per probe and no leaf above the one it ends in. Leaves keep their ids for their life and a map
 // from slot to leaf finds a slot without comparing, so a row whose values are already gone can still be
-// removed. Slots are plain integers: a user that renumbers its rows can rewrite them with Assign.
+// removed. Slots are plain integers: a user that renumbers its rows rewrites them in one pass (Renumber).
 //
 // The grid's row order (TNoticeGridView) uses one; the capacities are parameters so that tests can make
 // every split and merge happen with a few dozen slots. A leaf or inner node holds at most Cap - 1 entries
@@ -18,6 +18,7 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <span>
 #include <vector>
 
 template <int LeafCap, int InnerCap> class TCountedSlotTree {
@@ -116,7 +117,7 @@ public:
         std::memmove(leaf.Slots + i, leaf.Slots + i + 1, sizeof(int32_t) * size_t(leaf.Count - i - 1));
         --leaf.Count;
         --FSize;
-        FLeafOf[slot] = None;
+        FLeafOf.Write(slot) = None;
         uint32_t child = id;
         for (uint32_t p = leaf.Parent; p != None; child = p, p = FInners[p]->Parent)
             --FInners[p]->Sizes[ChildIndex(*FInners[p], child)];
@@ -126,6 +127,14 @@ public:
 
     // Replaces the contents by Count distinct slots in this order, in O(Count).
     void Assign(const int32_t* Slots, int32_t Count);
+
+    // Every present slot s becomes NewSlotOf[s] (distinct, not negative); the order and the order keys stay.
+    // O(Size + nodes). A failure (memory) leaves the tree to be cleared or assigned again.
+    void Renumber(std::span<const int32_t> NewSlotOf);
+
+    // Takes the other tree's slots, order and order keys (its nodes are copied, its slot map shared until
+    // either side changes it). This tree keeps its own order-key function, which must give the same keys.
+    void CopyFrom(const TCountedSlotTree& Other);
 
     // Removes every slot.
     void Clear() {
@@ -197,7 +206,7 @@ private:
     void MapSlot(int32_t slot, uint32_t leaf) {
         while (FLeafOf.Size() <= slot)
             FLeafOf.PushBack(uint32_t(None));
-        FLeafOf[slot] = leaf;
+        FLeafOf.Write(slot) = leaf;
     }
     // Parent of a node of the given level (0 = leaf).
     uint32_t& ParentOf(uint32_t node, int level) {

@@ -63,6 +63,42 @@ void TCountedSlotTree<LeafCap, InnerCap>::Assign(const int32_t* Slots, int32_t C
     FRoot = level[0];
 }
 
+template <int LeafCap, int InnerCap>
+void TCountedSlotTree<LeafCap, InnerCap>::Renumber(std::span<const int32_t> NewSlotOf) {
+    for (const auto& inner : FInners)
+        if (inner)
+            for (int32_t i = 0; i < inner->Count; ++i)
+                inner->First[i] = NewSlotOf[size_t(inner->First[i])];
+    FLeafOf.Clear();
+    for (uint32_t id = 0; id < FLeaves.size(); ++id) {
+        TLeaf* leaf = FLeaves[id].get();
+        if (!leaf) continue;
+        for (int32_t i = 0; i < leaf->Count; ++i) {
+            leaf->Slots[i] = NewSlotOf[size_t(leaf->Slots[i])];
+            MapSlot(leaf->Slots[i], id);
+        }
+    }
+}
+
+template <int LeafCap, int InnerCap>
+void TCountedSlotTree<LeafCap, InnerCap>::CopyFrom(const TCountedSlotTree& Other) {
+    if (&Other == this) return;
+    const auto copyNodes = [](auto& to, const auto& from) {
+        to.clear();
+        to.reserve(from.size());
+        for (const auto& node : from)
+            to.push_back(node ? std::make_unique<std::decay_t<decltype(*node)>>(*node) : nullptr);
+    };
+    copyNodes(FLeaves, Other.FLeaves);
+    copyNodes(FInners, Other.FInners);
+    FFreeLeaves = Other.FFreeLeaves;
+    FFreeInners = Other.FFreeInners;
+    FRoot = Other.FRoot;
+    FHeight = Other.FHeight;
+    FSize = Other.FSize;
+    FLeafOf = Other.FLeafOf;
+}
+
 template <int LeafCap, int InnerCap> bool TCountedSlotTree<LeafCap, InnerCap>::Validate() const {
     int32_t seen = 0;
     uint32_t expectPrev = None;
@@ -122,7 +158,7 @@ template <int LeafCap, int InnerCap> void TCountedSlotTree<LeafCap, InnerCap>::S
     std::memcpy(right.Slots, left.Slots + keep, sizeof(int32_t) * size_t(right.Count));
     left.Count = keep;
     for (int32_t i = 0; i < right.Count; ++i)
-        FLeafOf[right.Slots[i]] = rightId;
+        FLeafOf.Write(right.Slots[i]) = rightId;
     right.Next = left.Next;
     right.Prev = id;
     if (left.Next != None) FLeaves[left.Next]->Prev = rightId;
@@ -168,7 +204,7 @@ template <int LeafCap, int InnerCap> void TCountedSlotTree<LeafCap, InnerCap>::R
     if (left.Count + right.Count < LeafCap) {
         std::memcpy(left.Slots + left.Count, right.Slots, sizeof(int32_t) * size_t(right.Count));
         for (int32_t i = 0; i < right.Count; ++i)
-            FLeafOf[right.Slots[i]] = leftId;
+            FLeafOf.Write(right.Slots[i]) = leftId;
         left.Count += right.Count;
         left.Next = right.Next;
         if (right.Next != None) FLeaves[right.Next]->Prev = leftId;
@@ -185,13 +221,13 @@ template <int LeafCap, int InnerCap> void TCountedSlotTree<LeafCap, InnerCap>::R
         std::memcpy(left.Slots + left.Count, right.Slots, sizeof(int32_t) * size_t(n));
         std::memmove(right.Slots, right.Slots + n, sizeof(int32_t) * size_t(right.Count - n));
         for (int32_t i = left.Count; i < newLeft; ++i)
-            FLeafOf[left.Slots[i]] = leftId;
+            FLeafOf.Write(left.Slots[i]) = leftId;
     } else { // the left one lends its last slots
         const int32_t n = left.Count - newLeft;
         std::memmove(right.Slots + n, right.Slots, sizeof(int32_t) * size_t(right.Count));
         std::memcpy(right.Slots, left.Slots + newLeft, sizeof(int32_t) * size_t(n));
         for (int32_t i = 0; i < n; ++i)
-            FLeafOf[right.Slots[i]] = rightId;
+            FLeafOf.Write(right.Slots[i]) = rightId;
     }
     left.Count = newLeft;
     right.Count = total - newLeft;

@@ -127,6 +127,12 @@ void TNoticeBoard::AddNote(const TXMLNode& Notice) {
         strings.Flush(row);
         if (FNoticeBd.State() != TDataSetState::dsBrowse) FNoticeBd.Post();
         if (PVO_Node_Stats) PVO_Node_Stats->Inc(node, severity);
+    } catch (const EKeysExhausted& e) {
+        FNoticeBd.Cancel();
+        // The protocol's own line says only "append error"; this one says why, once per refused notice.
+        NoticeLog("AddNote : " + e.Message() +
+                  "; the Notice Board accepts no new notices until it is restarted");
+        throw Exception("Notice Board append error");
     } catch (...) {
         FNoticeBd.Cancel();
         throw Exception("Notice Board append error");

@@ -1,8 +1,8 @@
 // The view keeps the member slots in a counted B+tree (TCountedSlotTree): positions and the slot at a
 // position come from the counts, and the tree's slot-to-leaf map finds a row that was updated or deleted
 // without comparing it (its old values are gone by the time the store says so). Only insertions compare,
-// O(log n) times. The tree refers to rows by slot only and reads them through the store, so a store that
-// renumbers its slots can have the view rewrite them in one pass.
+// O(log n) times. The tree refers to rows by slot only and reads them through the store, so when the store
+// compacts and renumbers its slots the view rewrites the tree's slots in one pass, without comparing.
 //
 // Membership is decided by the filter the view was built for (Member): null means every live row, else
 // the store's compiled filter, whose pass marks the store keeps even while filtering is switched off. So
@@ -92,6 +92,13 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
         Stale = true;
         ++Revision;
     }
+    // Rows kept their order and values; only their numbers changed.
+    void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override {
+        Apply([&] {
+            Tree.Renumber(NewSlotOf);
+            return false;
+        });
+    }
 
     void Sync() {
         if (Stale || Member != Store.ActiveFilter()) Rebuild();
@@ -157,6 +164,23 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
 
 TNoticeGridView::TNoticeGridView(TNoticeStore& Store) : FStore(Store), FImpl(std::make_unique<TImpl>(Store)) {
     FStore.AddRowObserver(FImpl.get());
+}
+
+TNoticeGridView::TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& OrderOf)
+    : TNoticeGridView(Store) {
+    TImpl& v = *FImpl;
+    TImpl& from = *OrderOf.FImpl;
+    v.Groups = from.Groups;
+    v.Sorts = from.Sorts;
+    v.Columns = from.Columns;
+    from.Sync();
+    // The same stamp means the same rows in the same slots, so the other view's order is this one's.
+    if (!from.Stale && Store.ContentStamp() == OrderOf.Store().ContentStamp() &&
+        from.Member == Store.ActiveFilter()) {
+        v.Tree.CopyFrom(from.Tree);
+        v.Member = from.Member;
+        v.Stale = false;
+    }
 }
 
 TNoticeGridView::~TNoticeGridView() {

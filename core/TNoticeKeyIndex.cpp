@@ -1,6 +1,7 @@
 #include "core/TNoticeKeyIndex.h"
 
-#include <new>
+#include <algorithm>
+#include <cstring>
 
 namespace {
 
@@ -17,11 +18,6 @@ bool SameKey(std::string_view a, std::string_view b) {
 
 } // namespace
 
-TNoticeKeyIndex::TTable::TTable(size_t size)
-    : FData(static_cast<TEntry*>(std::calloc(size, sizeof(TEntry)))), FSize(size) {
-    if (!FData) throw std::bad_alloc();
-}
-
 uint32_t TNoticeKeyIndex::HashKey(std::string_view key) {
     uint32_t h = 2166136261u;
     for (unsigned char c : key) {
@@ -35,7 +31,7 @@ int32_t TNoticeKeyIndex::FindIn(const TTable& table, std::string_view key, uint3
     if (table.empty()) return -1;
     const size_t mask = table.size() - 1;
     for (size_t i = hash & mask;; i = (i + 1) & mask) {
-        const TEntry& e = table[i];
+        const TEntry e = table[i];
         if (e.SlotPlus1 == 0) return -1;
         if (e.SlotPlus1 != Removed && e.Hash == hash &&
             SameKey(FRows[static_cast<int32_t>(e.SlotPlus1 - 1)].AsString(nf_adpt_orig_key), key))
@@ -53,12 +49,12 @@ void TNoticeKeyIndex::Place(uint32_t hash, uint32_t slotPlus1) {
     size_t i = hash & mask;
     while (FTable[i].SlotPlus1 != 0)
         i = (i + 1) & mask;
-    FTable[i] = {hash, slotPlus1};
+    FTable.Write(i) = {hash, slotPlus1};
 }
 
 void TNoticeKeyIndex::Migrate(size_t buckets) {
     for (; buckets > 0 && FMigrated < FOld.size(); --buckets, ++FMigrated) {
-        const TEntry& e = FOld[FMigrated];
+        const TEntry e = FOld[FMigrated];
         if (e.SlotPlus1 != 0 && e.SlotPlus1 != Removed) Place(e.Hash, e.SlotPlus1);
     }
     if (FMigrated == FOld.size()) {
@@ -99,7 +95,7 @@ void TNoticeKeyIndex::Erase(int32_t slot, std::string_view key) {
     // The old table keeps its chains intact with a marker: it is read in bucket order while being copied.
     const size_t old = Locate(FOld, hash, slotPlus1);
     if (old != SIZE_MAX) {
-        FOld[old].SlotPlus1 = Removed;
+        FOld.Write(old).SlotPlus1 = Removed;
         found = true;
     }
     size_t i = Locate(FTable, hash, slotPlus1);
@@ -107,14 +103,15 @@ void TNoticeKeyIndex::Erase(int32_t slot, std::string_view key) {
         found = true;
         // Backward-shift deletion keeps every probe chain unbroken without markers.
         const size_t mask = FTable.size() - 1;
-        FTable[i] = {0, 0};
+        FTable.Write(i) = {0, 0};
         for (size_t j = (i + 1) & mask; FTable[j].SlotPlus1 != 0; j = (j + 1) & mask) {
-            const size_t home = FTable[j].Hash & mask;
+            const TEntry e = FTable[j];
+            const size_t home = e.Hash & mask;
             // Move entry j into the hole when its home is not in the cyclic range (i, j].
             const bool inRange = i <= j ? (home > i && home <= j) : (home > i || home <= j);
             if (!inRange) {
-                FTable[i] = FTable[j];
-                FTable[j] = {0, 0};
+                FTable.Write(i) = e;
+                FTable.Write(j) = {0, 0};
                 i = j;
             }
         }
@@ -134,5 +131,25 @@ void TNoticeKeyIndex::Rebuild() {
     for (int32_t s = 0; s < FRows.Size(); ++s) {
         const TNoticeRecord& row = FRows[s];
         if (!row.IsNull(nf_nb_internal_key) && !row.IsNull(nf_adpt_orig_key)) Insert(s);
+    }
+}
+
+void TNoticeKeyIndex::CopyFrom(const TNoticeKeyIndex& other) {
+    if (&other == this) return;
+    FTable = other.FTable;
+    FOld = other.FOld;
+    FMigrated = other.FMigrated;
+    FCount = other.FCount;
+}
+
+void TNoticeKeyIndex::Renumber(std::span<const int32_t> NewSlotOf) {
+    // Everything that may fail comes first and leaves the index as valid as it was.
+    Migrate(FOld.size()); // one table to rewrite, without markers
+    FTable.OwnAll();
+    for (size_t i = 0; i < FTable.size(); ++i) {
+        const TEntry e = FTable[i];
+        if (e.SlotPlus1 == 0) continue;
+        const uint32_t now = static_cast<uint32_t>(NewSlotOf[e.SlotPlus1 - 1]) + 1;
+        if (now != e.SlotPlus1) FTable.Write(i).SlotPlus1 = now;
     }
 }

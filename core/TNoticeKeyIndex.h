@@ -4,16 +4,21 @@
 // entered; an empty key is a key like any other.
 // Growing is spread over the following insertions (the old table is copied a few buckets at a time and
 // searched until then), so no single insertion pauses to rehash a million keys.
-// Owned by its store, which keeps it in step with its rows; not thread-safe.
+// The buckets sit in chunks of 2 KB that are allocated when first written; an index copied from another
+// shares the chunks with it until either side writes to one (copy on write).
+// Owned by its store, which keeps it in step with its rows; not thread-safe. Failures: changes raise
+// std::bad_alloc (an insertion leaves the slot out of the index, a renumbering leaves the index to be
+// rebuilt).
 #pragma once
 
 #include "core/TNoticeRows.h"
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 class TNoticeKeyIndex {
 public:
@@ -32,7 +37,14 @@ public:
     void Clear();
     // Rebuilds from every live row whose key is not null.
     void Rebuild();
+    // Takes the other index's entries (sharing its chunks); the rows stay this index's own.
+    void CopyFrom(const TNoticeKeyIndex& other);
+    // The store moved its rows: NewSlotOf[old slot] is the new slot of every entered row. O(buckets).
+    // A failure (memory) raises before any entry changed.
+    void Renumber(std::span<const int32_t> NewSlotOf);
     int32_t Count() const { return FCount; }
+    // Heap bytes the index holds alone (chunks shared with a copy are not counted).
+    size_t OwnBytes() const { return FTable.OwnBytes() + FOld.OwnBytes(); }
 
 private:
     struct TEntry {
@@ -42,28 +54,24 @@ private:
     static constexpr uint32_t Removed = UINT32_MAX;
     static constexpr size_t MigrateStep = 8; // old buckets copied per insertion while growing
 
-    // A zero-filled bucket array. Large ones come from calloc as untouched zero pages, so growing costs
-    // no pass over the new memory; pages fill in as entries land.
+    // A bucket array in chunks of 256 buckets (2 KB), each allocated when first written and shared with
+    // copies until written again. A freshly grown table costs no pass over its memory.
     class TTable {
     public:
         TTable() = default;
-        explicit TTable(size_t size);
-        size_t size() const { return FSize; }
-        bool empty() const { return FSize == 0; }
-        TEntry& operator[](size_t i) { return FData.get()[i]; }
-        const TEntry& operator[](size_t i) const { return FData.get()[i]; }
-        void swap(TTable& other) noexcept {
-            FData.swap(other.FData);
-            std::swap(FSize, other.FSize);
-        }
-        void clear() { *this = TTable(); }
+        explicit TTable(size_t size) { FChunks.GrowZeroed(static_cast<int32_t>(size)); }
+        size_t size() const { return size_t(FChunks.Size()); }
+        bool empty() const { return FChunks.Size() == 0; }
+        TEntry operator[](size_t i) const { return FChunks[static_cast<int32_t>(i)]; }
+        TEntry& Write(size_t i) { return FChunks.Write(static_cast<int32_t>(i)); }
+        // Copies every chunk shared with another table, so that writes no longer allocate.
+        void OwnAll() { FChunks.OwnFrom(0); }
+        void swap(TTable& other) noexcept { std::swap(FChunks, other.FChunks); }
+        void clear() { FChunks.Clear(); }
+        size_t OwnBytes() const { return FChunks.OwnBytes(); }
 
     private:
-        struct TFree {
-            void operator()(TEntry* p) const { std::free(p); }
-        };
-        std::unique_ptr<TEntry, TFree> FData;
-        size_t FSize = 0;
+        TBlockVector<TEntry, 8> FChunks;
     };
 
     static size_t Locate(const TTable& table, uint32_t hash, uint32_t slotPlus1);

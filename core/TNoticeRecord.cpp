@@ -1,24 +1,22 @@
 #include "core/TNoticeRecord.h"
 
 #include <cstring>
+#include <new>
 
-TNoticeRecord::TNoticeRecord(const TNoticeRecord& other) : FNullMask(other.FNullMask) {
-    std::memcpy(FInts, other.FInts, sizeof(FInts));
-    std::memcpy(FDates, other.FDates, sizeof(FDates));
-    std::memcpy(FEnds, other.FEnds, sizeof(FEnds));
-    const uint32_t n = other.TextBytes();
-    if (other.FText && n > 0) {
-        FText = std::make_unique<char[]>(n);
-        std::memcpy(FText.get(), other.FText.get(), n);
-    }
+TRowText TRowText::Allocate(uint32_t Size) {
+    TRowText text;
+    void* raw = ::operator new(sizeof(THeader) + Size);
+    text.FBlock = new (raw) THeader{};
+    text.FBlock->Refs.store(1, std::memory_order_relaxed);
+    return text;
 }
 
-TNoticeRecord& TNoticeRecord::operator=(const TNoticeRecord& other) {
-    if (this != &other) {
-        TNoticeRecord copy(other);
-        *this = std::move(copy);
+void TRowText::Release() noexcept {
+    if (FBlock && FBlock->Refs.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        FBlock->~THeader();
+        ::operator delete(FBlock);
     }
-    return *this;
+    FBlock = nullptr;
 }
 
 void TNoticeRecord::SetNull(TNoticeField f) {
@@ -39,17 +37,17 @@ void TNoticeRecord::SetString(TNoticeField f, std::string_view value) {
     const uint32_t total = TextBytes();
     const uint32_t newLen = static_cast<uint32_t>(value.size());
     FNullMask &= ~(1u << f);
-    if (newLen == oldLen) {
-        if (newLen) std::memcpy(FText.get() + begin, value.data(), newLen);
+    if (newLen == oldLen && (newLen == 0 || FText.Unique())) {
+        if (newLen) std::memmove(FText.Bytes() + begin, value.data(), newLen);
         return;
     }
     const uint32_t newTotal = total - oldLen + newLen;
-    std::unique_ptr<char[]> text = newTotal ? std::make_unique<char[]>(newTotal) : nullptr;
+    TRowText text = newTotal ? TRowText::Allocate(newTotal) : TRowText();
     if (text) {
-        if (begin) std::memcpy(text.get(), FText.get(), begin);
-        if (newLen) std::memcpy(text.get() + begin, value.data(), newLen);
+        if (begin) std::memcpy(text.Bytes(), FText.get(), begin);
+        if (newLen) std::memcpy(text.Bytes() + begin, value.data(), newLen);
         const uint32_t tail = total - FEnds[slot];
-        if (tail) std::memcpy(text.get() + begin + newLen, FText.get() + FEnds[slot], tail);
+        if (tail) std::memcpy(text.Bytes() + begin + newLen, FText.get() + FEnds[slot], tail);
     }
     FText = std::move(text);
     const int32_t delta = static_cast<int32_t>(newLen) - static_cast<int32_t>(oldLen);
@@ -68,18 +66,18 @@ void TNoticeRecord::SetStrings(const std::string_view* Values, uint32_t FieldMas
         total += set ? static_cast<uint32_t>(Values[f].size()) : FEnds[slot] - begin;
         ends[slot] = total;
     }
-    std::unique_ptr<char[]> text = total ? std::make_unique<char[]>(total) : nullptr;
+    TRowText text = total ? TRowText::Allocate(total) : TRowText();
     for (int f = 0; f < NoticeFieldCount; ++f) {
         const int slot = StringSlots[f];
         if (slot < 0) continue;
         const uint32_t newBegin = slot == 0 ? 0 : ends[slot - 1];
         if (FieldMask & (1u << f)) {
-            if (!Values[f].empty()) std::memcpy(text.get() + newBegin, Values[f].data(), Values[f].size());
+            if (!Values[f].empty()) std::memcpy(text.Bytes() + newBegin, Values[f].data(), Values[f].size());
             FNullMask &= ~(1u << f);
         } else {
             const uint32_t begin = slot == 0 ? 0 : FEnds[slot - 1];
             if (FEnds[slot] > begin)
-                std::memcpy(text.get() + newBegin, FText.get() + begin, FEnds[slot] - begin);
+                std::memcpy(text.Bytes() + newBegin, FText.get() + begin, FEnds[slot] - begin);
         }
     }
     FText = std::move(text);

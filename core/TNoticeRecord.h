@@ -1,21 +1,55 @@
 // One row of the notice store, kept compact: the integer and date fields inline, the twelve string fields
 // packed one after another in a single heap block (a row of ~400 bytes of text costs about 100 bytes more),
 // and a bit per field for null. Values are read as views into the row; a view lives until the next change
-// of a string field of the same row. Not thread-safe; the store's thread only.
+// of a string field of the same row. A copied row shares the text block with its original until either of
+// them changes a string field, so copying rows (an edit buffer, a copied store) costs no text.
+// Not thread-safe; the store's thread only (the text block's count of sharers is atomic, so a copy may be
+// destroyed on another thread).
 #pragma once
 
 #include "core/Znb_const.h"
 #include "support/DateUtils.h"
 
+#include <atomic>
 #include <cstdint>
-#include <memory>
 #include <string_view>
+#include <utility>
+
+// The packed text of a row, shared by the copies of the row. Its bytes are written only while one row
+// holds it.
+class TRowText {
+public:
+    TRowText() = default;
+    // A block of Size bytes (not initialised) held by one row; raises std::bad_alloc.
+    static TRowText Allocate(uint32_t Size);
+    TRowText(const TRowText& other) noexcept : FBlock(other.FBlock) {
+        if (FBlock) FBlock->Refs.fetch_add(1, std::memory_order_relaxed);
+    }
+    TRowText(TRowText&& other) noexcept : FBlock(std::exchange(other.FBlock, nullptr)) {}
+    TRowText& operator=(TRowText other) noexcept {
+        std::swap(FBlock, other.FBlock);
+        return *this;
+    }
+    ~TRowText() { Release(); }
+
+    explicit operator bool() const { return FBlock != nullptr; }
+    const char* get() const { return FBlock ? reinterpret_cast<const char*>(FBlock + 1) : nullptr; }
+    char* Bytes() { return reinterpret_cast<char*>(FBlock + 1); } // only while Unique()
+    bool Unique() const { return FBlock && FBlock->Refs.load(std::memory_order_acquire) == 1; }
+
+private:
+    struct THeader {
+        std::atomic<uint32_t> Refs;
+    };
+    void Release() noexcept;
+    THeader* FBlock = nullptr; // the bytes follow the header
+};
 
 class TNoticeRecord {
 public:
     TNoticeRecord() = default; // every field null
-    TNoticeRecord(const TNoticeRecord& other);
-    TNoticeRecord& operator=(const TNoticeRecord& other);
+    TNoticeRecord(const TNoticeRecord&) = default;
+    TNoticeRecord& operator=(const TNoticeRecord&) = default;
     TNoticeRecord(TNoticeRecord&&) noexcept = default;
     TNoticeRecord& operator=(TNoticeRecord&&) noexcept = default;
 
@@ -50,8 +84,10 @@ public:
     // The packed text of the string fields (null when they are all empty); for prefetching while scanning.
     const char* TextData() const { return FText.get(); }
 
-    // Heap bytes owned by the row (the packed text).
+    // Bytes of the packed text.
     size_t TextBytes() const { return FEnds[StringFieldCount - 1]; }
+    // Whether another row (a copy) shares the packed text; for memory accounting.
+    bool TextShared() const { return FText && !FText.Unique(); }
 
     static constexpr int StringFieldCount = 12;
     // Slot of a string field in the packed text, or -1 for a non-string field.
@@ -70,5 +106,5 @@ private:
     int32_t FInts[3] = {0, 0, 0};
     TDateTime FDates[3] = {0, 0, 0};
     uint32_t FEnds[StringFieldCount] = {};
-    std::unique_ptr<char[]> FText;
+    TRowText FText;
 };

@@ -3,44 +3,33 @@
 #include "support/StrUtils.h"
 
 #include <algorithm>
+#include <string>
 
 namespace {
 const TNoticeRecord EmptyRow;
 }
 
-TNoticeStore::TNoticeStore() : FKeyIndex(FRows) {}
+TNoticeStore::TNoticeStore() : FKeyIndex(FRows), FStamp(NewContentStamp()) {}
 
-void TNoticeStore::CopyFrom(const TNoticeStore& other) {
-    if (&other == this) return;
-    FRows = other.FRows;
-    FAlive = other.FAlive;
-    FPassing = other.FPassing;
-    FKeyIndex.Rebuild();
-    FNextKey = other.FNextKey;
-    FCur = other.FCur;
-    FBof = other.FBof;
-    FEof = other.FEof;
-    FState = TDataSetState::dsBrowse;
-    FBuffer = TNoticeRecord();
-    FOrigKeyIndex = false;
-    FCompiler = other.FCompiler;
-    FFilterText = other.FFilterText;
-    FFilter = other.FFilter;
-    FFiltered = other.FFiltered;
-    TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
-    NotifyDataSet();
+void TNoticeStore::Touch() {
+    FStamp = NewContentStamp();
 }
 
 void TNoticeStore::EmptyDataSet() {
     FRows.Clear();
+    FSlotKeys.Clear();
     FAlive.Clear();
     FPassing.Clear();
     FKeyIndex.Clear();
     FNextKey = 1;
+    FTailSlot = 0;
+    FTailKey = 1;
+    FDead = 0;
     FCur = -1;
     FBof = FEof = true;
     FState = TDataSetState::dsBrowse;
     FBuffer = TNoticeRecord();
+    Touch();
     TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }
@@ -66,7 +55,7 @@ bool TNoticeStore::FindKey(const std::string& value) {
         slot = FKeyIndex.Find(value);
     } else {
         int32_t key = 0;
-        if (TryStrToInt(value, key) && key >= 1 && key < FNextKey) slot = key - 1;
+        if (TryStrToInt(value, key)) slot = SlotOfKey(key);
     }
     if (!SlotVisible(slot)) return false;
     SetCurrent(slot);
@@ -90,9 +79,10 @@ void TNoticeStore::Edit() {
     FState = TDataSetState::dsEdit;
 }
 
-void TNoticeStore::AppendSlot(TNoticeRecord&& row) {
+void TNoticeStore::AppendSlot(TNoticeRecord&& row, int32_t key) {
     const bool passes = FFilter != nullptr && Passes(row);
     FRows.PushBack(std::move(row));
+    FSlotKeys.PushBack(int32_t(key));
     FAlive.Append(true);
     if (FFilter) FPassing.Append(passes); // without a filter the passing marks are not kept
 }
@@ -105,11 +95,16 @@ void TNoticeStore::Post() {
     const uint32_t hash = TNoticeKeyIndex::HashKey(key);
     const int32_t existing = keyed ? FKeyIndex.Find(key, hash) : -1;
     if (FState == TDataSetState::dsInsert) {
-        if (existing >= 0 || FNextKey == INT32_MAX) throw EDatabaseError("Key violation.");
-        FBuffer.SetInteger(nf_nb_internal_key, FNextKey++);
+        if (KeysExhausted())
+            throw EKeysExhausted("Every nb_internal_key has been issued (the last was " +
+                                 std::to_string(INT32_MAX) + ")");
+        if (existing >= 0) throw EDatabaseError("Key violation.");
+        const int32_t newKey = static_cast<int32_t>(FNextKey++);
+        FBuffer.SetInteger(nf_nb_internal_key, newKey);
         const int32_t slot = FRows.Size();
-        AppendSlot(std::move(FBuffer)); // key's text moves with the row; only the hash is used below
+        AppendSlot(std::move(FBuffer), newKey); // key's text moves with the row; only the hash is used below
         FBuffer = TNoticeRecord();
+        Touch();
         if (keyed) FKeyIndex.Insert(slot, hash);
         FState = TDataSetState::dsBrowse;
         TellObservers([slot](INoticeRowObserver& o) { o.RowInserted(slot); });
@@ -120,12 +115,17 @@ void TNoticeStore::Post() {
     // Edit: the auto-increment key stays that of the row.
     const int32_t slot = FCur;
     if (existing >= 0 && existing != slot) throw EDatabaseError("Key violation.");
-    FBuffer.SetInteger(nf_nb_internal_key, slot + 1);
+    const int32_t rowKey = FSlotKeys[slot];
+    FBuffer.SetInteger(nf_nb_internal_key, rowKey);
     const bool wasVisible = SlotVisible(slot);
-    FKeyIndex.Erase(slot, FRows[slot].AsString(nf_adpt_orig_key));
-    FRows[slot] = std::move(FBuffer);
+    TNoticeRecord& row = FRows.Write(slot); // copies a block shared with a copied store
+    // A key that folds to the row's own (the usual update) keeps its entry: same hash, same slot.
+    const bool sameKey = keyed && existing == slot;
+    if (!sameKey) FKeyIndex.Erase(slot, row.AsString(nf_adpt_orig_key));
+    row = std::move(FBuffer);
     FBuffer = TNoticeRecord();
-    if (keyed) FKeyIndex.Insert(slot);
+    Touch();
+    if (keyed && !sameKey) FKeyIndex.Insert(slot);
     if (FFilter) FPassing.Set(slot, Passes(FRows[slot]));
     FState = TDataSetState::dsBrowse;
     TellObservers([slot](INoticeRowObserver& o) { o.RowUpdated(slot); });
@@ -133,7 +133,7 @@ void TNoticeStore::Post() {
         if (!SlotVisible(slot)) SettleAfterLoss(slot);
         NotifyDataSet();
     } else {
-        NotifyRecord(slot + 1);
+        NotifyRecord(rowKey);
     }
 }
 
@@ -150,12 +150,16 @@ void TNoticeStore::Delete() {
     Cancel();
     if (!SlotVisible(FCur)) throw EDatabaseError("Cannot perform this operation on an empty dataset");
     const int32_t slot = FCur;
-    FKeyIndex.Erase(slot, FRows[slot].AsString(nf_adpt_orig_key));
-    FRows[slot] = TNoticeRecord(); // a tombstone: frees the text, the key is never reused
+    TNoticeRecord& row = FRows.Write(slot); // copies a block shared with a copied store
+    FKeyIndex.Erase(slot, row.AsString(nf_adpt_orig_key));
+    row = TNoticeRecord(); // frees the text; the slot stays empty until the store compacts
     FAlive.Set(slot, false);
     if (FFilter) FPassing.Set(slot, false);
+    ++FDead;
+    Touch();
     TellObservers([slot](INoticeRowObserver& o) { o.RowDeleted(slot); });
     SettleAfterLoss(slot);
+    MaybeCompact();
     NotifyDataSet();
 }
 

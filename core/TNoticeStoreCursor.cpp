@@ -11,7 +11,7 @@ void TNoticeStore::SetCurrent(int32_t slot) {
 
 void TNoticeStore::SettleAfterLoss(int32_t slot) {
     if (slot != FCur) return;
-    const TFenwickTree& v = Visible();
+    const TSlotMarks& v = Visible();
     const int32_t before = v.Prefix(slot); // visible rows before the lost one
     int32_t next = v.FindKth(before + 1);
     if (next < 0) next = v.FindKth(before);
@@ -71,17 +71,18 @@ const TNoticeRecord* TNoticeStore::RowAt(int32_t recNo) const {
 }
 
 TBookmark TNoticeStore::GetBookmark() const {
-    return SlotVisible(FCur) ? FCur + 1 : 0;
+    return SlotVisible(FCur) ? FSlotKeys[FCur] : 0;
 }
 
 bool TNoticeStore::BookmarkValid(TBookmark bookmark) const {
-    return bookmark >= 1 && bookmark < FNextKey && SlotVisible(bookmark - 1);
+    return SlotVisible(SlotOfKey(bookmark));
 }
 
 void TNoticeStore::GotoBookmark(TBookmark bookmark) {
     CheckBrowse();
-    if (!BookmarkValid(bookmark)) throw EDatabaseError("Record not found");
-    SetCurrent(bookmark - 1);
+    const int32_t slot = SlotOfKey(bookmark);
+    if (!SlotVisible(slot)) throw EDatabaseError("Record not found");
+    SetCurrent(slot);
 }
 
 void TNoticeStore::EnableControls() {
@@ -140,17 +141,19 @@ void TNoticeStore::RecomputePassing() {
         FPassing.Clear();
         return;
     }
-    std::vector<int8_t> marks(static_cast<size_t>(FRows.Size()), 0);
     const int32_t size = FRows.Size();
     // Each row's text lives in its own heap block: a filter on text is bound by memory latency unless the
-    // blocks of the next rows are already on their way.
+    // blocks of the next rows are already on their way. The rows are only read, so a store that shares
+    // them with a copy keeps sharing them.
     constexpr int32_t Ahead = 8;
     const bool prefetch = FFilter->ReadsText();
-    for (int32_t s = 0; s < size; ++s) {
-        if (prefetch && s + Ahead < size) __builtin_prefetch(FRows[s + Ahead].TextData());
-        marks[s] = (FAlive.Get(s) && Passes(FRows[s])) ? 1 : 0;
-    }
-    FPassing.Assign(marks);
+    const TNoticeRows& rows = FRows;
+    TSlotMarks passing;
+    passing.Assign(size, [&](int32_t s) {
+        if (prefetch && s + Ahead < size) __builtin_prefetch(rows[s + Ahead].TextData());
+        return FAlive.Get(s) && Passes(rows[s]);
+    });
+    FPassing = std::move(passing);
 }
 
 void TNoticeStore::SetFilterText(const std::string& text) {
@@ -159,9 +162,15 @@ void TNoticeStore::SetFilterText(const std::string& text) {
         if (!FCompiler) throw EDatabaseError("No filter language installed");
         filter = FCompiler(text); // a bad text raises here and leaves the old filter in place
     }
+    std::swap(FFilter, filter);
+    try {
+        RecomputePassing();
+    } catch (...) {
+        std::swap(FFilter, filter); // memory ran out: the old filter and its marks stay
+        throw;
+    }
     FFilterText = text;
-    FFilter = std::move(filter);
-    RecomputePassing();
+    Touch();
     TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     if (FFiltered && FState == TDataSetState::dsBrowse) First();
     NotifyDataSet();
@@ -176,7 +185,7 @@ void TNoticeStore::SetFiltered(bool filtered) {
 }
 
 void TNoticeStore::ForEachRow(const std::function<void(const TNoticeRecord&)>& visit) const {
-    const TFenwickTree& v = Visible();
+    const TSlotMarks& v = Visible();
     for (int32_t s = 0; s < v.Size(); ++s)
         if (v.Get(s)) visit(FRows[s]);
 }

@@ -44,6 +44,23 @@ private:
     TNoticeStore& FStore;
 };
 
+// Finishes the progress report on every way out.
+class TProgressReport {
+public:
+    TProgressReport(INoteActionProgress* progress, size_t total) : FProgress(progress) {
+        if (FProgress) FProgress->Start(total);
+    }
+    ~TProgressReport() {
+        if (FProgress) FProgress->Finish();
+    }
+    bool Step(size_t done) { return !FProgress || FProgress->Step(done); }
+    TProgressReport(const TProgressReport&) = delete;
+    TProgressReport& operator=(const TProgressReport&) = delete;
+
+private:
+    INoteActionProgress* FProgress;
+};
+
 std::vector<TSelectedNote> ReadSelection(TNoticeStore& store, const std::vector<TBookmark>& selection,
                                          TNoticeField codeField) {
     std::vector<TSelectedNote> notes;
@@ -57,31 +74,38 @@ std::vector<TSelectedNote> ReadSelection(TNoticeStore& store, const std::vector<
     return notes;
 }
 
+// Hands one note to the adapter that owns it, or logs that there is none.
+void SendNote(TNoteAction action, const TSelectedNote& note, TZNB_Adapter_List* adapters) {
+    const std::string name = AdapterNameForSourceType(note.SourceType);
+    if (name.empty()) return;
+    TZNB_Adapter_Obj* adapter = adapters ? adapters->Get_Adapter(name) : nullptr;
+    if (!adapter) {
+        // Both actions log under the delete handler's name; operators' log searches rely on it.
+        ZS_Log(NBLogFileName(), "Del Note Click : Could not find adapter " + name);
+        return;
+    }
+    int32_t idSize = 0;
+    int32_t codeSize = 0;
+    const char* id = adapter->Keep_Text(note.AdapterId, idSize);
+    const char* code = adapter->Keep_Text(note.Code, codeSize);
+    if (action == TNoteAction::Acknowledge)
+        adapter->Call_Acknowledge_Note(id, idSize, code, codeSize);
+    else
+        adapter->Call_Delete_Note(id, idSize, code, codeSize);
+}
+
 void SendNotes(TNoteAction action, TNoticeStore& store, const std::vector<TBookmark>& selection,
-               TZNB_Adapter_List* adapters, INoteActionCursor* cursor) {
+               TZNB_Adapter_List* adapters, INoteActionCursor* cursor, INoteActionProgress* progress) {
     if (selection.empty()) return;
     THourglass hourglass(cursor);
     const bool acknowledge = action == TNoteAction::Acknowledge;
     const std::vector<TSelectedNote> notes =
         ReadSelection(store, selection, acknowledge ? nf_ack_code : nf_del_code);
     if (!acknowledge) store.First();
-    for (const TSelectedNote& note : notes) {
-        const std::string name = AdapterNameForSourceType(note.SourceType);
-        if (name.empty()) continue;
-        TZNB_Adapter_Obj* adapter = adapters ? adapters->Get_Adapter(name) : nullptr;
-        if (!adapter) {
-            // Both actions log under the delete handler's name; operators' log searches rely on it.
-            ZS_Log(NBLogFileName(), "Del Note Click : Could not find adapter " + name);
-            continue;
-        }
-        int32_t idSize = 0;
-        int32_t codeSize = 0;
-        const char* id = adapter->Keep_Text(note.AdapterId, idSize);
-        const char* code = adapter->Keep_Text(note.Code, codeSize);
-        if (acknowledge)
-            adapter->Call_Acknowledge_Note(id, idSize, code, codeSize);
-        else
-            adapter->Call_Delete_Note(id, idSize, code, codeSize);
+    TProgressReport report(progress, notes.size());
+    for (size_t i = 0; i < notes.size(); ++i) {
+        SendNote(action, notes[i], adapters);
+        if (!report.Step(i + 1)) break;
     }
 }
 
@@ -95,11 +119,11 @@ std::string AdapterNameForSourceType(const std::string& sourceType) {
 }
 
 void btnAckNoteClick(TNoticeStore& store, const std::vector<TBookmark>& selection,
-                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor) {
-    SendNotes(TNoteAction::Acknowledge, store, selection, adapters, cursor);
+                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor, INoteActionProgress* progress) {
+    SendNotes(TNoteAction::Acknowledge, store, selection, adapters, cursor, progress);
 }
 
 void btnDelNoteClick(TNoticeStore& store, const std::vector<TBookmark>& selection,
-                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor) {
-    SendNotes(TNoteAction::Delete, store, selection, adapters, cursor);
+                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor, INoteActionProgress* progress) {
+    SendNotes(TNoteAction::Delete, store, selection, adapters, cursor, progress);
 }

@@ -20,6 +20,20 @@ public:
     virtual void SetHourglass(bool on) = 0;
 };
 
+// How far an action on many notices has got. The window shows a progress bar with a Cancel button when
+// the action takes longer than half a second; nullptr reports nothing.
+class INoteActionProgress {
+public:
+    virtual ~INoteActionProgress() = default;
+    // Before the first adapter call: how many selected notices there are.
+    virtual void Start(size_t Total) = 0;
+    // After each notice handed over or skipped. False when the user cancelled: the notices not yet
+    // handed over are not sent (those already sent stay sent; adapters cannot take a call back).
+    virtual bool Step(size_t Done) = 0;
+    // Always, last, also when the action ends by cancel or an exception.
+    virtual void Finish() = 0;
+};
+
 // The adapter that owns a notice of this source type: "duskmere" -> "DuskMere", "r/vista" -> "R/Vista",
 // any other type itself lower-cased (trimmed first, any letter case); empty for an empty type.
 std::string AdapterNameForSourceType(const std::string& sourceType);
@@ -30,11 +44,13 @@ std::string AdapterNameForSourceType(const std::string& sourceType);
 // ("Del Note Click : Could not find adapter " + name) and skipped. The store's current row ends on the
 // last selected row. An exception from an adapter (EAdapterError) or from the store ends the action:
 // the remaining rows are not sent, the views and the cursor are restored, and the exception is raised
-// to the caller. An empty selection does nothing.
+// to the caller. An empty selection does nothing. Progress, when given, hears of every notice.
 void btnAckNoteClick(TNoticeStore& store, const std::vector<TBookmark>& selection,
-                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor = nullptr);
+                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor = nullptr,
+                     INoteActionProgress* progress = nullptr);
 
 // btnDelNoteClick: the same with ZNA_Delete_Note and del_code; the store's current row ends on its first
 // row.
 void btnDelNoteClick(TNoticeStore& store, const std::vector<TBookmark>& selection,
-                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor = nullptr);
+                     TZNB_Adapter_List* adapters, INoteActionCursor* cursor = nullptr,
+                     INoteActionProgress* progress = nullptr);

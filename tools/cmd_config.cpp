@@ -69,7 +69,7 @@ int RunConfig(const std::vector<std::string>& args) {
         }
         folder = ExtractFilePath(file);
     } else if (args.empty()) {
-        folder = ExecutableFolder();
+        folder = DataFolder();
     } else {
         std::fprintf(stderr, "usage: nbtool config [--ini FILE]\n");
         return 2;

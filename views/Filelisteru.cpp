@@ -45,7 +45,7 @@ void TFIleLister::SetFolderPath(const std::string& Path) {
 }
 
 std::string TFIleLister::GetFolderPath() const {
-    if (FFolderPath.empty()) return ExecutableFolder();
+    if (FFolderPath.empty()) return DataFolder();
     return IncludeTrailingPathDelimiter(FFolderPath);
 }
 

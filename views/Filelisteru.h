@@ -31,7 +31,7 @@ public:
     void SetDefaultString(const std::string& Text);
     void SetFolderPath(const std::string& Path);
 
-    // The folder with a trailing separator; the running executable's folder when none is set.
+    // The folder with a trailing separator; DataFolder() (the executable's folder as a rule) when none is set.
     std::string GetFolderPath() const;
     void Refresh() { RefreshFileList(); }
     void RefreshFileList();

@@ -42,12 +42,12 @@ void TfrmXLSExport::showEvent(QShowEvent* event) {
 }
 
 void TfrmXLSExport::FormShow() {
-    ui->editFilename->setText(QString::fromStdString(ExecutableFolder() + "noticeboard_export.xls"));
+    ui->editFilename->setText(QString::fromStdString(DataFolder() + "noticeboard_export.xls"));
 }
 
 void TfrmXLSExport::btnBrowseClick() {
     TSaveXlsDialog dialog(this);
-    const QString chosen = dialog.Run(QString::fromStdString(ExecutableFolder()), ui->editFilename->text());
+    const QString chosen = dialog.Run(QString::fromStdString(DataFolder()), ui->editFilename->text());
     if (!chosen.isEmpty()) ui->editFilename->setText(chosen);
 }
 

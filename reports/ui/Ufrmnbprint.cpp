@@ -99,7 +99,7 @@ void TfrmNBPrint::showEvent(QShowEvent* event) {
 
 void TfrmNBPrint::FormShow() {
     FFileName->SetFullText(
-        QString::fromStdString(ExecutableFolder() + "NoticeBoard" + PathDelim + "nb_export.xls"));
+        QString::fromStdString(DataFolder() + "NoticeBoard" + PathDelim + "nb_export.xls"));
     ui->rbPrinter->setChecked(true);
     rbPrinterClick(); // also when Printer was checked already
 }

@@ -124,3 +124,43 @@ TEST_F(NoteActions, AdapterExceptionEndsTheActionAndRestoresTheViews) {
     EXPECT_EQ(cursor.Calls, "+-");
     EXPECT_FALSE(Board.cdsNoticeBd().ControlsDisabled());
 }
+
+namespace {
+// Records the progress calls and cancels after a given number of notices.
+struct TProgressLog : INoteActionProgress {
+    void Start(size_t Total) override { Calls += "start " + std::to_string(Total) + ";"; }
+    bool Step(size_t Done) override {
+        Calls += std::to_string(Done) + ";";
+        return Done != CancelAfter;
+    }
+    void Finish() override { Calls += "finish"; }
+    size_t CancelAfter = 0;
+    std::string Calls;
+};
+} // namespace
+
+TEST_F(NoteActions, ProgressHearsEveryNoticeAndCancelStopsTheRest) {
+    TProgressLog all;
+    btnAckNoteClick(Board.cdsNoticeBd(), {1, 2, 3}, &Adapters, nullptr, &all);
+    EXPECT_EQ(all.Calls, "start 3;1;2;3;finish");
+
+    reinterpret_cast<void (*)()>(
+        GetProcAddress(Adapters.Get_Adapter("DuskMere")->DLL_Handle, "ZNBA_Test_Reset"))();
+    TProgressLog cancelled;
+    cancelled.CancelAfter = 1;
+    TCursorLog cursor;
+    btnDelNoteClick(Board.cdsNoticeBd(), {5, 1}, &Adapters, &cursor, &cancelled);
+    EXPECT_EQ(cancelled.Calls, "start 2;1;finish");
+    EXPECT_EQ(Calls("DuskMere"), "Delete_Note ID5/4 D5/3\n"); // row 1 was never sent
+    EXPECT_EQ(cursor.Calls, "+-");
+}
+
+TEST_F(NoteActions, ProgressIsFinishedWhenAnAdapterThrows) {
+    TZNB_Adapter_Obj* rvista = Adapters.Get_Adapter("R/Vista");
+    rvista->UnLoad_DLL();
+    ASSERT_EQ(rvista->Load_DLL("ZNBA_TestThrows"), 0);
+    TProgressLog progress;
+    EXPECT_THROW(btnAckNoteClick(Board.cdsNoticeBd(), {1, 2, 5}, &Adapters, nullptr, &progress),
+                 EAdapterError);
+    EXPECT_EQ(progress.Calls, "start 3;1;finish");
+}

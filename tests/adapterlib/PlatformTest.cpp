@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
@@ -95,4 +97,55 @@ TEST(NamedMutex, InvalidNameReportsTheSystemError) {
     int32_t error = 0;
     EXPECT_EQ(TNamedMutex::Create("bad/name/with/slashes", true, error), nullptr);
     EXPECT_NE(error, 0);
+}
+
+// An installed program's folder is not writable for its users: the board's settings and files go to a
+// per-user folder seeded with the shipped zpnbd.ini. Run in a child that drops to an unprivileged user,
+// so the test needs root (as in CI's container); a writable executable folder is its own data folder.
+TEST(DataFolder, ExecutableFolderWhenWritableElseAPerUserCopyOfTheShippedIni) {
+    namespace fs = std::filesystem;
+    if (::access(ExecutableFolder().c_str(), W_OK) == 0) {
+        EXPECT_EQ(DataFolder(), ExecutableFolder());
+    }
+    if (::geteuid() != 0) GTEST_SKIP() << "needs root to run a child as an unprivileged user";
+
+    // A private executable folder with a shipped zpnbd.ini: a copy of this test program runs from it.
+    const fs::path root = fs::temp_directory_path() / ("nb_datafolder_" + std::to_string(::getpid()));
+    fs::remove_all(root);
+    fs::create_directories(root / "opt");
+    fs::create_directories(root / "home");
+    fs::copy_file("/proc/self/exe", root / "opt" / "probe");
+    { std::ofstream(root / "opt" / "zpnbd.ini") << "[NoticeBoard]\nAlwaysPrompt=0\n"; }
+    fs::permissions(root, fs::perms::all);
+    fs::permissions(root / "home", fs::perms::all);
+    fs::permissions(root / "opt", fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
+                                      fs::perms::others_read | fs::perms::others_exec);
+    const std::string out = (root / "home" / "answer").string();
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        ::setenv("HOME", (root / "home").c_str(), 1);
+        ::unsetenv("XDG_CONFIG_HOME");
+        ::setenv("NB_DATAFOLDER_PROBE", out.c_str(), 1);
+        if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(3);
+        ::execl((root / "opt" / "probe").c_str(), "probe", "--gtest_filter=DataFolderProbe.*", nullptr);
+        ::_exit(4);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(child, &status, 0), child);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+    std::string answer;
+    std::getline(std::ifstream(out), answer);
+    EXPECT_EQ(answer, (root / "home" / ".config" / "noticeboard").string() + "/");
+    std::string copied;
+    std::getline(std::ifstream(root / "home" / ".config" / "noticeboard" / "zpnbd.ini"), copied);
+    EXPECT_EQ(copied, "[NoticeBoard]");
+    fs::remove_all(root);
+}
+
+// The child's half of the test above: does nothing unless that test started it.
+TEST(DataFolderProbe, WritesTheDataFolderItSees) {
+    const char* out = std::getenv("NB_DATAFOLDER_PROBE");
+    if (!out) GTEST_SKIP();
+    std::ofstream(out) << DataFolder() << "\n";
 }

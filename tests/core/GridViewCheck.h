@@ -60,7 +60,7 @@ inline void ExpectViewMatches(const TNoticeGridView& view) {
     EXPECT_EQ(view.RowAt(int32_t(rows.size())), nullptr);
     EXPECT_EQ(view.KeyAt(-1), 0);
     // Keys not in the view: deleted, filtered out, never given.
-    std::vector<bool> shown(size_t(view.Store().SlotCount()) + 2, false);
+    std::vector<bool> shown(size_t(view.Store().NextKey()) + 1, false);
     for (const TNoticeRecord* r : rows)
         shown[size_t(Key(r))] = true;
     for (int32_t key = 0; key < int32_t(shown.size()); ++key) {

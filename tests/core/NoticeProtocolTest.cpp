@@ -2,6 +2,8 @@
 
 #include "support/DateUtils.h"
 
+#include <climits>
+
 TEST_F(NoticeBoardTest, RepeatedPostInAnyCaseUpdatesAndKeepsFirstRaisedDate) {
     EXPECT_EQ(Send(Message(Notice("post", El("adpt_orig_key", "Db1/Disk") + El("note_count", "1") +
                                               El("note_raised_date", "2004-02-29T13:05:09Z") +
@@ -179,4 +181,66 @@ TEST_F(NoticeBoardTest, MultiLineFieldsKeepTheirOwnTextOnInsertAndUpdate) {
     EXPECT_EQ(row->AsString(nf_note_summary), "g\nh");
     EXPECT_EQ(row->AsString(nf_note_text), "i\nj & k");
     EXPECT_EQ(row->AsString(nf_ack_code), "e\nf");
+}
+
+// A board that has issued every key refuses new notices, says why in the log just before the protocol's
+// own line, and goes on updating and deleting the notices it has; no key is issued twice.
+TEST_F(NoticeBoardTest, ABoardOutOfKeysRefusesNewNoticesAndSaysWhy) {
+    Store().SetNextKey(INT32_MAX - 1);
+    const std::string msg = Message(Notice("post", El("adpt_orig_key", "a") + El("note_pvo_node", "N")) +
+                                    Notice("post", El("adpt_orig_key", "b") + El("note_pvo_node", "N")) +
+                                    Notice("post", El("adpt_orig_key", "c") + El("note_pvo_node", "N")));
+    EXPECT_EQ(Send(msg), ZNB_NOTICE_FAILED);
+    ASSERT_EQ(Store().TotalCount(), 2);
+    EXPECT_EQ(Row("a")->AsInteger(nf_nb_internal_key), INT32_MAX - 1);
+    EXPECT_EQ(Row("b")->AsInteger(nf_nb_internal_key), INT32_MAX);
+    EXPECT_EQ(Row("c"), nullptr);
+    const std::string log = LogText();
+    const size_t why =
+        log.find("AddNote : Every nb_internal_key has been issued (the last was 2147483647); the "
+                 "Notice Board accepts no new notices until it is restarted");
+    const size_t status = log.find("Process NoticeBoard :  Status =Notice Board append error" + msg);
+    ASSERT_NE(why, std::string::npos) << log;
+    ASSERT_NE(status, std::string::npos) << log;
+    EXPECT_LT(why, status);
+
+    EXPECT_EQ(Send(Message(Notice("post", El("adpt_orig_key", "A") + El("note_summary", "updated")) +
+                           Notice("delete", El("adpt_orig_key", "b")))),
+              0);
+    EXPECT_EQ(Row("a")->AsString(nf_note_summary), "updated");
+    EXPECT_EQ(Row("b"), nullptr);
+    EXPECT_EQ(Send(Message(Notice("new", El("adpt_orig_key", "b")))), ZNB_NOTICE_FAILED);
+    EXPECT_EQ(Store().TotalCount(), 1);
+    EXPECT_EQ(Board->TotalCount(), 1);
+}
+
+// Deleting most notices makes the store move the rest into fewer slots in the middle of a message; the
+// notices keep their keys, the protocol still finds them by originator key, new notices get keys above all
+// earlier ones, and the row the user was on is still current afterwards.
+TEST_F(NoticeBoardTest, ReclaimedSlotsChangeNothingTheProtocolOrTheUserSees) {
+    std::string fill;
+    for (int n = 0; n < 200; ++n)
+        fill += Notice("new", El("adpt_orig_key", "n" + std::to_string(n)) + El("note_pvo_node", "N"));
+    ASSERT_EQ(Send(Message(fill)), 0);
+    Store().SetCompactionFloor(1);
+    const int32_t keyOf150 = Row("n150")->AsInteger(nf_nb_internal_key);
+    const TBookmark current = Store().GetBookmark();
+    ASSERT_EQ(current, keyOf150);
+
+    std::string deletes;
+    for (int n = 0; n < 120; ++n)
+        deletes += Notice("delete", El("adpt_orig_key", "N" + std::to_string(n)));
+    ASSERT_EQ(Send(Message(deletes + Notice("post", El("adpt_orig_key", "n130") + El("note_count", "7")) +
+                           Notice("new", El("adpt_orig_key", "late")))),
+              0);
+    EXPECT_LT(Store().SlotCount(), 200) << "the deleted notices' slots were reclaimed";
+    EXPECT_EQ(Store().GetBookmark(), current);
+    EXPECT_EQ(Store().TotalCount(), 81);
+    EXPECT_EQ(Board->TotalCount(), 81);
+    EXPECT_EQ(Row("n0"), nullptr);
+    EXPECT_EQ(Row("n130")->AsInteger(nf_note_count), 7);
+    EXPECT_EQ(Row("n150")->AsInteger(nf_nb_internal_key), keyOf150);
+    EXPECT_EQ(Row("late")->AsInteger(nf_nb_internal_key), 201);
+    EXPECT_EQ(Send(Message(Notice("new", El("adpt_orig_key", "N199")))), ZNB_NOTICE_FAILED)
+        << "still a duplicate";
 }
