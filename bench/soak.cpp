@@ -13,7 +13,8 @@
 // its own thread, without the grid or the queue: the rate the store alone reaches.
 //
 // Duration: NB_SOAK_SECONDS or --soak_seconds=N (default 600); "the first minute" is a tenth of a shorter
-// run. A line per minute (per tenth) goes to stderr while it runs.
+// run. A line per minute (per tenth) goes to stderr while it runs, and one for every new longest busy
+// spell of the event loop above 100 ms.
 #include "NoticeSamples.h"
 
 #include "core/TNoticeBoard.h"
@@ -211,6 +212,10 @@ void BM_Soak_Grid(benchmark::State& state) {
             const int64_t now = clock.nsecsElapsed();
             const int64_t cpu = ThreadCpuNs();
             longestGapNs = std::max(longestGapNs, now - lastTickNs);
+            if (cpu - lastTickCpuNs > std::max<int64_t>(longestBusyNs, 100000000))
+                std::fprintf(
+                    stderr, "soak %6.1f s: the event loop was busy for %.0f ms (%lld messages applied)\n",
+                    double(now) * 1e-9, double(cpu - lastTickCpuNs) * 1e-6, static_cast<long long>(applied));
             longestBusyNs = std::max(longestBusyNs, cpu - lastTickCpuNs);
             lastTickNs = now;
             lastTickCpuNs = cpu;
