@@ -7,7 +7,7 @@ JOBS ?= $(shell nproc 2>/dev/null || echo 2)
 FUZZ_SECONDS ?= 60
 FUZZ_TARGETS ?=
 
-.PHONY: all deps configure build test run bench package format clean fuzz test-asan test-tsan
+.PHONY: all deps configure build test run run-engine bench package format clean fuzz test-asan test-tsan
 
 all: build
 
@@ -25,7 +25,12 @@ build: configure
 test: build
 	cd $(BUILD_DIR) && ctest --output-on-failure -j $(JOBS)
 
+# The board in its host console (with a display; without one under xvfb-run, leaving build/board.png).
 run: build
+	./scripts/run-board $(BUILD_DIR)
+
+# The engine's tour with nbtool on the sample files.
+run-engine: build
 	./scripts/run-sample $(BUILD_DIR)
 
 bench: build

@@ -11,6 +11,7 @@
 // Memory: the heap bytes in use (mallinfo2) and the resident set (/proc/self/statm) before and after.
 // Goal: opening either editor takes under 100 ms and under 20 MB.
 #include "NoticeSamples.h"
+#include "StoreDeepCopy.h"
 
 #include "core/FilterExpression.h"
 #include "core/TNoticeBoard.h"
@@ -77,35 +78,6 @@ struct TMemory {
     }
 };
 
-// The old way: every row copied with its own text into a store that builds its index and marks as it goes.
-void DeepCopy(const TNoticeStore& from, TNoticeStore& to) {
-    to.SetFilterCompiler(CompileFilterExpression);
-    to.DisableControls();
-    for (int32_t s = 0; s < from.SlotCount(); ++s) {
-        if (!from.SlotLive(s)) continue;
-        const TNoticeRecord& row = from.RowBySlot(s);
-        to.Append();
-        TNoticeRecord& copy = to.Buffer();
-        std::string_view values[NoticeFieldCount];
-        uint32_t mask = 0;
-        for (int f = 0; f < NoticeFieldCount; ++f) {
-            const TNoticeField field = TNoticeField(f);
-            if (row.IsNull(field)) continue;
-            if (TNoticeRecord::StringSlot(field) >= 0) {
-                values[f] = row.AsString(field);
-                mask |= 1u << f;
-            } else if (NoticeFieldType(field) == TFieldType::ftDateTime) {
-                copy.SetDateTime(field, row.AsDateTime(field));
-            } else {
-                copy.SetInteger(field, row.AsInteger(field));
-            }
-        }
-        copy.SetStrings(values, mask);
-        to.Post();
-    }
-    to.EnableControls();
-}
-
 // Timed parts are measured in the thread's CPU time (page faults included): the machine is shared, and
 // other processes' bursts would swamp wall time.
 double ThreadSeconds() {
@@ -123,7 +95,7 @@ void Open(benchmark::State& state, bool preview, bool deep) {
         const double t0 = ThreadSeconds();
         auto copy = std::make_unique<TNoticeStore>();
         if (deep)
-            DeepCopy(store, *copy);
+            DeepCopyStore(store, *copy);
         else
             copy->CopyFrom(store);
         std::unique_ptr<TNoticeGridView> view;
@@ -163,7 +135,7 @@ void FilterOn(benchmark::State& state, TFilterOn on) {
     TNoticeStore& store = Board().Board.cdsNoticeBd();
     TNoticeStore copy;
     if (on == TFilterOn::DeepCopy)
-        DeepCopy(store, copy);
+        DeepCopyStore(store, copy);
     else if (on == TFilterOn::Copy)
         copy.CopyFrom(store);
     TNoticeStore& target = on == TFilterOn::Board ? store : copy;

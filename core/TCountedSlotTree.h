@@ -126,7 +126,25 @@ public:
     }
 
     // Replaces the contents by Count distinct slots in this order, in O(Count).
-    void Assign(const int32_t* Slots, int32_t Count);
+    void Assign(const int32_t* Slots, int32_t Count) {
+        BeginAssign(Count);
+        for (int32_t i = 0; i < Count; ++i)
+            Append(Slots[i]);
+        EndAssign();
+    }
+
+    // The same in steps, for a caller that produces the slots in order: BeginAssign(Count), Append each of
+    // the Count slots, then EndAssign; the tree is not used otherwise in between. The tree keeps its leaves
+    // and the blocks of its slot map that it holds alone, so re-sorting a tree writes over memory it already
+    // has instead of touching new pages. A failure (memory) leaves the tree to be assigned again or cleared.
+    void BeginAssign(int32_t Count);
+    void Append(int32_t slot) {
+        if (FLoad.Left == 0) NextLoadLeaf();
+        FLoad.Leaf->Slots[FLoad.Leaf->Count++] = slot;
+        --FLoad.Left;
+        MapSlot(slot, FLoad.Id);
+    }
+    void EndAssign();
 
     // Every present slot s becomes NewSlotOf[s] (distinct, not negative); the order and the order keys stay.
     // O(Size + nodes). A failure (memory) leaves the tree to be cleared or assigned again.
@@ -143,6 +161,7 @@ public:
         FInners.clear();
         FFreeInners.clear();
         FLeafOf.Clear();
+        FLoad.Spare.clear();
         FSize = 0;
         FHeight = 0;
         FRoot = NewLeaf();
@@ -305,6 +324,9 @@ private:
 
     void RebalanceInner(uint32_t id, int level);
 
+    // Starts the next leaf of a bulk load, reusing one of the tree's former leaves when there is one.
+    void NextLoadLeaf();
+
     // Checks the subtree of node and returns its slot count through Seen; Prev follows the leaf chain.
     bool ValidateNode(uint32_t node, int level, uint32_t parent, int32_t& seen, uint32_t& prev) const;
 
@@ -317,6 +339,14 @@ private:
     int32_t FSize = 0;
     TBlockVector<uint32_t> FLeafOf; // per slot, its leaf (None when absent)
     std::function<uint64_t(int32_t)> FKeyOf;
+    // A bulk load in progress: the leaf being filled and the slots it still takes, the leaves made so far
+    // out of LeafCount for Count slots, and the former leaves waiting to be reused.
+    struct TLoad {
+        int32_t Count = 0, LeafCount = 0, Made = 0, Left = 0;
+        uint32_t Id = None;
+        TLeaf* Leaf = nullptr;
+        std::vector<std::unique_ptr<TLeaf>> Spare;
+    } FLoad;
 };
 
 #include "core/TCountedSlotTreeBalance.h"

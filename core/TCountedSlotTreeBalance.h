@@ -4,35 +4,64 @@
 
 #include "core/TCountedSlotTree.h"
 
-template <int LeafCap, int InnerCap>
-void TCountedSlotTree<LeafCap, InnerCap>::Assign(const int32_t* Slots, int32_t Count) {
-    Clear();
-    if (Count == 0) return;
-    FreeLeaf(FRoot);
-    // Leaves and inner nodes are filled to 7/8 so that the first insertions do not split them all.
-    constexpr int32_t LeafFill = std::min(LeafCap - 1, std::max(MinLeaf * 2, LeafCap * 7 / 8));
-    const int32_t leafCount = (Count + LeafFill - 1) / LeafFill;
-    std::vector<uint32_t> level(static_cast<size_t>(leafCount));
-    std::vector<int32_t> sizes(level.size()), firsts(level.size());
-    uint32_t prev = None;
-    for (int32_t l = 0, at = 0; l < leafCount; ++l) {
-        const int32_t n = Count / leafCount + (l < Count % leafCount ? 1 : 0);
-        const uint32_t id = NewLeaf();
-        TLeaf& leaf = *FLeaves[id];
-        std::memcpy(leaf.Slots, Slots + at, sizeof(int32_t) * size_t(n));
-        leaf.Count = n;
-        leaf.Prev = prev;
-        if (prev != None) FLeaves[prev]->Next = id;
-        prev = id;
-        for (int32_t i = 0; i < n; ++i)
-            MapSlot(Slots[at + i], id);
-        at += n;
-        level[size_t(l)] = id;
-        sizes[size_t(l)] = n;
-        firsts[size_t(l)] = leaf.Slots[0];
-    }
-    FSize = Count;
+// Leaves and inner nodes are filled to 7/8 so that the first insertions do not split them all.
+template <int LeafCap, int InnerCap> void TCountedSlotTree<LeafCap, InnerCap>::BeginAssign(int32_t Count) {
+    FLoad.Spare.clear();
+    FLoad.Spare.reserve(FLeaves.size() - FFreeLeaves.size());
+    for (auto& leaf : FLeaves)
+        if (leaf) FLoad.Spare.push_back(std::move(leaf));
+    FLeaves.clear();
+    FFreeLeaves.clear();
+    FInners.clear();
+    FFreeInners.clear();
+    // Written over rather than cleared: the blocks the map holds alone are kept.
+    for (int32_t s = 0; s < FLeafOf.Size(); ++s)
+        FLeafOf.Write(s) = None;
+    FSize = 0;
     FHeight = 0;
+    constexpr int32_t LeafFill = std::min(LeafCap - 1, std::max(MinLeaf * 2, LeafCap * 7 / 8));
+    FLoad.Count = Count;
+    FLoad.LeafCount = std::max<int32_t>(1, (Count + LeafFill - 1) / LeafFill);
+    FLoad.Made = 0;
+    FLoad.Left = 0;
+    FLeaves.reserve(size_t(FLoad.LeafCount));
+}
+
+template <int LeafCap, int InnerCap> void TCountedSlotTree<LeafCap, InnerCap>::NextLoadLeaf() {
+    const int32_t l = FLoad.Made++;
+    const int32_t count = FLoad.Count, leaves = FLoad.LeafCount;
+    // Leaf ids run from 0 in order: the load started with no leaves.
+    if (FLoad.Spare.empty()) {
+        FLeaves.push_back(std::make_unique<TLeaf>());
+    } else {
+        FLeaves.push_back(std::move(FLoad.Spare.back()));
+        FLoad.Spare.pop_back();
+    }
+    const uint32_t id = static_cast<uint32_t>(FLeaves.size() - 1);
+    TLeaf& leaf = *FLeaves[id];
+    leaf.Count = 0;
+    leaf.Parent = None;
+    leaf.Next = None;
+    leaf.Prev = id == 0 ? None : id - 1;
+    if (id > 0) FLeaves[id - 1]->Next = id;
+    FLoad.Id = id;
+    FLoad.Leaf = &leaf;
+    FLoad.Left = count / leaves + (l < count % leaves ? 1 : 0);
+}
+
+template <int LeafCap, int InnerCap> void TCountedSlotTree<LeafCap, InnerCap>::EndAssign() {
+    while (FLoad.Made < FLoad.LeafCount)
+        NextLoadLeaf(); // only an empty tree's one leaf
+    FLoad.Spare.clear();
+    FLoad.Leaf = nullptr;
+    FSize = FLoad.Count;
+    std::vector<uint32_t> level(FLeaves.size());
+    std::vector<int32_t> sizes(level.size()), firsts(level.size());
+    for (uint32_t id = 0; id < level.size(); ++id) {
+        level[id] = id;
+        sizes[id] = FLeaves[id]->Count;
+        firsts[id] = FLeaves[id]->Slots[0];
+    }
     constexpr int32_t InnerFill = std::min(InnerCap - 1, std::max(MinInner * 2, InnerCap * 7 / 8));
     while (level.size() > 1) {
         ++FHeight;

@@ -8,6 +8,11 @@
 // the store's compiled filter, whose pass marks the store keeps even while filtering is switched off. So
 // the switch a notice message flips off and on again changes nothing here; the filter in effect is
 // compared when the view is next read, and the view is rebuilt only when it really differs.
+//
+// A narrowing (the quick search) is applied on top of Member: events ask it about the one row, a rebuild
+// asks it about all rows at once, and a new condition is applied at the next read by dropping rows from an
+// order that stands (so nothing is compared): from the rows served when it only narrows, else from a
+// second tree of all Member's rows that is kept only while a narrowing narrows.
 #include "core/TNoticeGridView.h"
 
 #include "core/TCountedSlotTree.h"
@@ -21,31 +26,49 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
     // well over a million rows, and a row costs about 5 bytes in the leaves plus 4 in the slot map.
     using TTree = TCountedSlotTree<128, 64>;
 
-    explicit TImpl(TNoticeStore& store) : Store(store) {
-        Tree.SetOrderKey([this](int32_t slot) { return OrderKeyOf(Row(slot), Columns); });
-    }
+    explicit TImpl(TNoticeStore& store) : Store(store) { KeyTree(Tree); }
 
     TNoticeStore& Store;
-    TTree Tree;
+    TTree Tree; // the rows served
+    // While a narrowing narrows: every row Member passes, in order, so that a search taken back (a letter
+    // deleted, the box cleared) is served by dropping rows from it rather than by sorting again.
+    std::unique_ptr<TTree> Full;
     std::vector<TSortColumn> Groups;
     std::vector<TSortColumn> Sorts;
     std::vector<TSortColumn> Columns; // Groups then Sorts: the order applied
     const IRowFilter* Member = nullptr;
-    bool Stale = true; // rebuild at the next read
+    IRowNarrowing* Narrowing = nullptr;
+    uint64_t NarrowSeen = 0; // the narrowing's generation Tree holds
+    bool Stale = true;       // rebuild at the next read
     uint64_t Revision = 1;
     uint64_t Rebuilds = 0;
 
+    void KeyTree(TTree& tree) {
+        tree.SetOrderKey([this](int32_t slot) { return OrderKeyOf(Row(slot), Columns); });
+    }
     const TNoticeRecord& Row(int32_t slot) const { return Store.RowBySlot(slot); }
-    bool IsMember(int32_t slot) const { return Member ? Store.SlotPasses(slot) : Store.SlotLive(slot); }
+    bool InStore(int32_t slot) const { return Member ? Store.SlotPasses(slot) : Store.SlotLive(slot); }
+    bool Narrowed() const { return Narrowing && Narrowing->Narrows(); }
+    bool IsMember(int32_t slot) const { return InStore(slot) && (!Narrowed() || Narrowing->Matches(slot)); }
     bool Before(int32_t a, int32_t b) const { return CompareNoticeRows(Row(a), Row(b), Columns) < 0; }
 
-    void Insert(int32_t slot) {
-        Tree.Insert(slot, [this, slot](int32_t other) { return Before(other, slot); });
+    void Insert(TTree& tree, int32_t slot) {
+        tree.Insert(slot, [this, slot](int32_t other) { return Before(other, slot); });
     }
+    void Insert(int32_t slot) { Insert(Tree, slot); }
     // Whether a present row still sits between its neighbours.
-    bool InPlace(int32_t slot) const {
-        const int32_t prev = Tree.Neighbour(slot, -1), next = Tree.Neighbour(slot, +1);
+    bool InPlace(const TTree& tree, int32_t slot) const {
+        const int32_t prev = tree.Neighbour(slot, -1), next = tree.Neighbour(slot, +1);
         return (prev < 0 || Before(prev, slot)) && (next < 0 || Before(slot, next));
+    }
+    static std::vector<int32_t> SlotsOf(const TTree& tree) {
+        std::vector<int32_t> slots;
+        slots.reserve(size_t(tree.Size()));
+        tree.ForEachFrom(0, [&](int32_t slot) {
+            slots.push_back(slot);
+            return true;
+        });
+        return slots;
     }
 
     // Events are applied relative to Member; while the view is stale they are left to the rebuild. Change
@@ -61,8 +84,19 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
             ++Revision;
         }
     }
+    bool Update(TTree& tree, int32_t slot, bool member) {
+        const bool present = tree.Contains(slot);
+        if (present && member && InPlace(tree, slot)) {
+            tree.Refresh(slot); // its values, so perhaps its order key, changed
+            return true;
+        }
+        if (present) tree.Erase(slot);
+        if (member) Insert(tree, slot);
+        return member || present;
+    }
     void RowInserted(int32_t slot) override {
         Apply([&] {
+            if (Full && InStore(slot)) Insert(*Full, slot);
             if (!IsMember(slot)) return false;
             Insert(slot);
             return true;
@@ -70,19 +104,13 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
     }
     void RowUpdated(int32_t slot) override {
         Apply([&] {
-            const bool member = IsMember(slot);
-            const bool present = Tree.Contains(slot);
-            if (present && member && InPlace(slot)) {
-                Tree.Refresh(slot); // its values, so perhaps its order key, changed
-                return true;
-            }
-            if (present) Tree.Erase(slot);
-            if (member) Insert(slot);
-            return member || present;
+            if (Full) Update(*Full, slot, InStore(slot));
+            return Update(Tree, slot, IsMember(slot));
         });
     }
     void RowDeleted(int32_t slot) override {
         Apply([&] {
+            if (Full) Full->Erase(slot);
             const bool present = Tree.Contains(slot);
             Tree.Erase(slot);
             return present;
@@ -96,23 +124,78 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
     void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override {
         Apply([&] {
             Tree.Renumber(NewSlotOf);
+            if (Full) Full->Renumber(NewSlotOf);
             return false;
         });
     }
 
     void Sync() {
-        if (Stale || Member != Store.ActiveFilter()) Rebuild();
+        if (Stale || Member != Store.ActiveFilter())
+            Rebuild();
+        else if (Narrowing && NarrowSeen != Narrowing->Generation())
+            Renarrow();
     }
+    // Serves Member's rows, given in order, through the narrowing; keeps them in Full while it narrows.
+    void Serve(std::vector<int32_t> slots) {
+        if (!Narrowed()) {
+            Full.reset();
+            Tree.Assign(slots.data(), static_cast<int32_t>(slots.size()));
+            return;
+        }
+        if (!Full) {
+            Full = std::make_unique<TTree>();
+            KeyTree(*Full);
+        }
+        Full->Assign(slots.data(), static_cast<int32_t>(slots.size()));
+        Narrowing->Narrow(slots);
+        Tree.Assign(slots.data(), static_cast<int32_t>(slots.size()));
+    }
+    // The narrowing changed: drop rows from those served when it only narrows, else from all of Member's.
+    void Renarrow() {
+        Stale = true; // until it has finished
+        const uint64_t generation = Narrowing->Generation();
+        if (!Full && !Narrowed()) {
+            // it narrowed nothing and still does: the rows stand
+        } else if (Full && Narrowed() && Narrowing->Refines(NarrowSeen)) {
+            std::vector<int32_t> slots = SlotsOf(Tree);
+            Narrowing->Narrow(slots);
+            Tree.Assign(slots.data(), static_cast<int32_t>(slots.size()));
+        } else {
+            Serve(SlotsOf(Full ? *Full : Tree));
+        }
+        NarrowSeen = generation;
+        Stale = false;
+        ++Revision;
+    }
+    // The sorted slots go straight into the tree's leaves, which it reuses: no list of every slot between.
+    struct TTreeLoad final : INoticeSlotSink {
+        explicit TTreeLoad(TTree& tree) : Tree(tree) {}
+        TTree& Tree;
+        void Begin(int32_t Count) override { Tree.BeginAssign(Count); }
+        void Take(const int32_t* Slots, int32_t Count) override {
+            for (int32_t i = 0; i < Count; ++i)
+                Tree.Append(Slots[i]);
+        }
+    };
     void Rebuild() {
         Stale = true; // until it has finished: a failure leaves the rebuild to the next read
         Member = Store.ActiveFilter();
-        std::vector<int32_t> slots;
-        const int32_t count = Store.SlotCount();
-        slots.reserve(static_cast<size_t>(Member ? Store.RecordCount() : Store.TotalCount()));
-        for (int32_t s = 0; s < count; ++s)
-            if (IsMember(s)) slots.push_back(s);
-        SortNoticeSlots(Store, Columns, slots);
-        Tree.Assign(slots.data(), static_cast<int32_t>(slots.size()));
+        NarrowSeen = Narrowing ? Narrowing->Generation() : 0;
+        if (!Narrowed()) {
+            // The common case: the sorted slots go straight into the tree.
+            Full.reset();
+            TTreeLoad load(Tree);
+            SortNoticeRows(Store, Columns, Member != nullptr, load);
+            Tree.EndAssign();
+        } else {
+            std::vector<int32_t> slots;
+            const int32_t count = Store.SlotCount();
+            slots.reserve(static_cast<size_t>(Member ? Store.RecordCount() : Store.TotalCount()));
+            for (int32_t s = 0; s < count; ++s)
+                if (InStore(s)) slots.push_back(s);
+            SortNoticeSlots(Store, Columns, slots);
+            Serve(std::move(slots));
+        }
         Stale = false;
         ++Revision;
         ++Rebuilds;
@@ -205,6 +288,17 @@ void TNoticeGridView::SetOrder(std::vector<TSortColumn> GroupColumns, std::vecto
     v.Columns = v.Groups;
     v.Columns.insert(v.Columns.end(), v.Sorts.begin(), v.Sorts.end());
     v.Rebuild();
+}
+
+void TNoticeGridView::SetNarrowing(IRowNarrowing* Narrowing) {
+    if (FImpl->Narrowing == Narrowing) return;
+    FImpl->Narrowing = Narrowing;
+    FImpl->Stale = true;
+    ++FImpl->Revision;
+}
+
+IRowNarrowing* TNoticeGridView::Narrowing() const {
+    return FImpl->Narrowing;
 }
 
 const std::vector<TSortColumn>& TNoticeGridView::GroupColumns() const {

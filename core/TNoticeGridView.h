@@ -5,8 +5,9 @@
 //
 // Costs (n = rows in the view): the row at a position and the position of a key are O(log n); a row that
 // is inserted, deleted, or updated (whether or not a sort value changed) moves in O(log n); setting the
-// order sorts once (O(n log n), with each row's sort values read once rather than parsed per comparison);
-// a new filter text or an emptied store rebuilds. Memory: a few bytes per row beyond the store.
+// order sorts once (O(n log n); O(n) by counting when the first column is a small integer domain such as the
+// severity; with each row's sort values read once rather than parsed per comparison); a new filter text or an
+// emptied store rebuilds. Memory: a few bytes per row beyond the store.
 //
 // The view keeps in step with every change of the store, including changes made while the store's views
 // are detached (a notice message switches the filter off and on and detaches the views; the view follows
@@ -19,6 +20,7 @@
 
 #include "core/TGridLayout.h"
 #include "core/TNoticeStore.h"
+#include "core/TRowNarrowing.h"
 
 #include <cstdint>
 #include <functional>
@@ -58,7 +60,17 @@ public:
     const std::vector<TSortColumn>& GroupColumns() const;
     const std::vector<TSortColumn>& SortColumns() const;
 
-    // Rows in the view: those the store's filter passes (every live row while no filter is on).
+    // A narrowing on top of the store's filter (the quick search): the view then serves only the rows both
+    // pass, positions and the node walk included, and keeps them as rows change. Not owned; null for none;
+    // it must outlive its installation. A new condition (its generation) is applied at the next read by
+    // dropping rows, never by sorting: one that only narrows drops them from the rows served, any other
+    // from all the rows the store's filter passes, which the view keeps in order while a narrowing narrows
+    // (another 9 bytes or so per row, and each changed row moves in both orders).
+    void SetNarrowing(IRowNarrowing* Narrowing);
+    IRowNarrowing* Narrowing() const;
+
+    // Rows in the view: those the store's filter (and the narrowing) passes (every live row while no filter
+    // is on).
     int32_t RowCount() const;
     // The row at a position (0-based), or null outside 0..RowCount()-1. The pointer is valid until the
     // store changes.

@@ -19,3 +19,26 @@ class TNoticeStore;
 // nb_internal_key ascending.
 void SortNoticeSlots(const TNoticeStore& Store, const std::vector<TSortColumn>& Columns,
                      std::vector<int32_t>& Slots);
+
+// Takes the slots a sort hands over: Begin once with their number, then Take with consecutive pieces of
+// them in order. Owned by the caller of SortNoticeRows.
+class INoticeSlotSink {
+public:
+    virtual void Begin(int32_t Count) = 0;
+    virtual void Take(const int32_t* Slots, int32_t Count) = 0;
+
+protected:
+    ~INoticeSlotSink() = default;
+};
+
+// Sorts the rows of Store that are live (Filtered false) or pass its filter (SlotPasses, Filtered true) by
+// Columns, then nb_internal_key ascending, and hands their slots to Sink in that order. When the first
+// column is an integer column with a few distinct values among those rows (note_severity), the rows are
+// ordered by counting: one pass that reads the column into a byte per slot, then one pass over those bytes
+// per value, in slot order, which is key order; the columns after it sort each value's rows on their own.
+// That needs a byte per slot and no scratch per row, and no row is compared. Otherwise, and without
+// columns, as SortNoticeSlots (or simply in key order). Any thread that may read the store. Raises
+// std::bad_alloc when memory runs out, perhaps after Sink.Begin (the caller then drops what Sink took);
+// Sink's own failures pass through.
+void SortNoticeRows(const TNoticeStore& Store, const std::vector<TSortColumn>& Columns, bool Filtered,
+                    INoticeSlotSink& Sink);

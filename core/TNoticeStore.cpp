@@ -30,6 +30,7 @@ void TNoticeStore::EmptyDataSet() {
     FState = TDataSetState::dsBrowse;
     FBuffer = TNoticeRecord();
     Touch();
+    ++FRowsGeneration;
     TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }

@@ -199,6 +199,9 @@ public:
     bool SlotPasses(int32_t slot) const { return FFilter ? FPassing.Get(slot) : FAlive.Get(slot); }
     // The filter in effect: FilterObject() while Filtered(), else null.
     const IRowFilter* ActiveFilter() const { return FilterActive() ? FFilter.get() : nullptr; }
+    // Changes whenever the rows are replaced wholesale (EmptyDataSet, CopyFrom) or renumbered (compaction),
+    // never for rows changed one by one or a new filter: an observer's RowsReset tells the two apart with it.
+    uint64_t RowsGeneration() const { return FRowsGeneration; }
     // Row observers (not owned; each must outlive its registration). Not copied by CopyFrom.
     void AddRowObserver(INoticeRowObserver* observer);
     void RemoveRowObserver(INoticeRowObserver* observer);
@@ -270,4 +273,5 @@ private:
     std::string FFilterText;
     std::shared_ptr<const IRowFilter> FFilter;
     bool FFiltered = false;
+    uint64_t FRowsGeneration = 1;
 };

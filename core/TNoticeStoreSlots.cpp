@@ -35,6 +35,7 @@ void TNoticeStore::CopyFrom(const TNoticeStore& other) {
     FFilterText = other.FFilterText;
     FFilter = other.FFilter;
     FFiltered = other.FFiltered;
+    ++FRowsGeneration;
     TellObservers([](INoticeRowObserver& o) { o.RowsReset(); });
     NotifyDataSet();
 }
@@ -117,6 +118,9 @@ void TNoticeStore::Compact() {
     FTailSlot = live;
     FTailKey = FNextKey;
     Touch();
+    // Observers keyed by slot that do not renumber take SlotsRenumbered as RowsReset: for them the rows
+    // were replaced.
+    ++FRowsGeneration;
     TellObservers([&](INoticeRowObserver& o) { o.SlotsRenumbered(newSlotOf); });
 }
 

@@ -29,6 +29,11 @@ TColor ReadColor(const TIniFile& Ini, const std::string& Key, const std::string&
 
 TDisplay::TDisplay() = default;
 
+std::array<TColor, 4> TDisplay::DefaultSeverityColors() {
+    // Pale green, yellow, orange and red (BBGGRR), light enough for the grid's text.
+    return {TColor(0xC8F0C8), TColor(0xB4F5FF), TColor(0xAAD7FF), TColor(0xB9B9FF)};
+}
+
 void TDisplay::SetGrid(IDisplayGrid* AGrid) {
     if (AGrid != FGrid) FGrid = AGrid;
 }
@@ -42,6 +47,8 @@ void TDisplay::Assign(const TDisplay& Source) {
     GridLineColor = Source.GridLineColor;
     ShowGrid = Source.ShowGrid;
     ShowGroupPanel = Source.ShowGroupPanel;
+    SeverityRowColors = Source.SeverityRowColors;
+    SeverityColors = Source.SeverityColors;
 }
 
 void TDisplay::Apply() {
@@ -75,6 +82,10 @@ void TDisplay::LoadFromFile(const std::string& AName) {
     GridLineColor = ReadColor(ini, "GridLineColor", "C0C0C0");
     ShowGrid = ini.ReadBool(GeneralSection, "ShowGrid", true);
     ShowGroupPanel = ini.ReadBool(GeneralSection, "ShowGroupPanel", false);
+    SeverityRowColors = ini.ReadBool(GeneralSection, "SeverityRowColors", false);
+    const std::array<TColor, 4> colors = DefaultSeverityColors();
+    for (size_t i = 0; i < colors.size(); ++i)
+        SeverityColors[i] = ReadColor(ini, "SeverityColor" + std::to_string(i + 1), ColorText(colors[i]));
     // A loaded display never shows the group panel, whatever its file says; relied upon by the board.
     ShowGroupPanel = false;
     Apply();
@@ -91,6 +102,13 @@ void TDisplay::SaveToFile(const std::string& AName) {
     ini.WriteString(GeneralSection, "AltRowColor", ColorText(AltColor));
     ini.WriteString(GeneralSection, "GridColor", ColorText(GridColor));
     ini.WriteString(GeneralSection, "GridLineColor", ColorText(GridLineColor));
+    // Files of displays that never had severity colours stay as they were written before them.
+    if (SeverityRowColors || ini.ValueExists(GeneralSection, "SeverityRowColors")) {
+        ini.WriteBool(GeneralSection, "SeverityRowColors", SeverityRowColors);
+        for (size_t i = 0; i < SeverityColors.size(); ++i)
+            ini.WriteString(GeneralSection, "SeverityColor" + std::to_string(i + 1),
+                            ColorText(SeverityColors[i]));
+    }
     ini.UpdateFile();
 }
 
@@ -131,5 +149,7 @@ void CreateDefaultView(TDisplay& Display) {
     Display.GridColor = clWindow;
     Display.ShowGrid = true;
     Display.ShowGroupPanel = false;
+    Display.SeverityRowColors = false;
+    Display.SeverityColors = TDisplay::DefaultSeverityColors();
     Display.Apply();
 }

@@ -11,6 +11,7 @@
 #include "core/TGridLayout.h"
 #include "support/TColor.h"
 
+#include <array>
 #include <cstdint>
 #include <string>
 
@@ -54,6 +55,11 @@ public:
     TColor GridLineColor = clSilver;
     bool ShowGroupPanel = false;
     bool ShowGrid = false;
+    // Whole rows in the colour of their severity (SeverityColors[0] for 1 Normal ... [3] for 4 Critical;
+    // other values keep the usual colours). Off by default, and then rows are coloured as without it.
+    bool SeverityRowColors = false;
+    std::array<TColor, 4> SeverityColors = DefaultSeverityColors();
+    static std::array<TColor, 4> DefaultSeverityColors();
 
     IDisplayGrid* Grid() const { return FGrid; }
     void SetGrid(IDisplayGrid* AGrid); // not owned; null for none
@@ -65,8 +71,8 @@ public:
     void SetGridColor(TColor Value) { GridColor = Value; }
     void SetGridLineColor(TColor Value) { GridLineColor = Value; }
 
-    // Copies Name, AutoColWidths, AltRowColors, AltColor, GridColor, GridLineColor, ShowGrid and
-    // ShowGroupPanel (not the grid, not Tag).
+    // Copies Name, AutoColWidths, AltRowColors, AltColor, GridColor, GridLineColor, ShowGrid,
+    // ShowGroupPanel, SeverityRowColors and SeverityColors (not the grid, not Tag).
     void Assign(const TDisplay& Source);
     // Pushes the settings into the bound grid (nothing without one). AltRowColors and AltColor stay here:
     // the grid's row drawing reads them from the display.

@@ -69,3 +69,18 @@ QColor ToQColor(TColor Color) {
 TColor FromQColor(const QColor& Color) {
     return RGBColor(Color.red(), Color.green(), Color.blue());
 }
+
+QColor SeverityColor(int Severity) {
+    switch (Severity) {
+    case 1:
+        return QColor(0x2e, 0x8b, 0x57);
+    case 2:
+        return QColor(0xc8, 0x8a, 0x00);
+    case 3:
+        return QColor(0xd9, 0x5f, 0x0e);
+    case 4:
+        return QColor(0xc0, 0x1c, 0x28);
+    default:
+        return QColor(0x70, 0x70, 0x70);
+    }
+}

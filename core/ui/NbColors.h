@@ -14,3 +14,8 @@ QColor ToQColor(TColor Color);
 
 // The stored form of a chosen colour (always a plain colour).
 TColor FromQColor(const QColor& Color);
+
+// The strong colour of a severity (1 Normal green, 2 Warning amber, 3 Fatal orange, 4 Critical red; grey
+// for any other value): the status bar's badges and the summary window's bars. Always readable under
+// white text.
+QColor SeverityColor(int Severity);

@@ -11,7 +11,17 @@
 #include <chrono>
 
 TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore)
-    : Q(Grid), Store(AStore), View(AStore) {
+    : Q(Grid), Store(AStore), Search(AStore), View(AStore) {
+    Init();
+}
+
+TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& OrderOf)
+    : Q(Grid), Store(AStore), Search(AStore), View(AStore, OrderOf) {
+    Init();
+}
+
+void TNoticeBdGrid::TPrivate::Init() {
+    View.SetNarrowing(&Search); // narrows nothing until a text is typed
     Clock = [] {
         return int64_t(std::chrono::duration_cast<std::chrono::milliseconds>(
                            std::chrono::steady_clock::now().time_since_epoch())
@@ -26,6 +36,16 @@ TNoticeBdGrid::TPrivate::~TPrivate() {
 
 TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
     : QTableView(Parent), d(std::make_unique<TPrivate>(*this, Store)) {
+    Init(TGridLayout::Defaults(WidthUnit()));
+}
+
+TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, QWidget* Parent)
+    : QTableView(Parent), d(std::make_unique<TPrivate>(*this, Store, ViewOf.View())) {
+    // The view already holds ViewOf's order, so showing its layout sorts nothing.
+    Init(ViewOf.Layout());
+}
+
+void TNoticeBdGrid::Init(const TGridLayout& Layout) {
     setObjectName(QStringLiteral("NoticeBdGrid"));
     d->Model = new TNoticeGridModel(d->View, this);
     d->Header = new TNoticeGridHeader(Qt::Horizontal, this);
@@ -86,10 +106,12 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
 
     SetGridColor(d->GridColor);
     SetOptions(goRowIndicator | goFocusRect);
-    d->Layout = TGridLayout::Defaults(WidthUnit());
+    d->Layout = Layout;
+    d->Layout.Normalize();
     d->ApplyLayoutToHeader();
-    Store.AddListener(d.get());
-    Store.AddRowObserver(d.get());
+    d->View.SetOrder(d->Layout.GroupColumns(), d->Layout.SortColumns());
+    d->Store.AddListener(d.get());
+    d->Store.AddRowObserver(d.get());
     d->SeenRevision = d->View.Revision();
     d->FollowStore();
 }

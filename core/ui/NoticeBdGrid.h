@@ -46,13 +46,18 @@ public:
     // names until AssignColumnHeaders, grid lines on, the row indicator and focus rectangle on (as a new
     // grid component's), and the store's current row as its current row. objectName "NoticeBdGrid".
     explicit TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent = nullptr);
+    // A grid over a copy of ViewOf's store (TNoticeStore::CopyFrom) that starts with ViewOf's columns
+    // (its Layout) and rows in ViewOf's order; while neither store has changed since the copy the order is
+    // taken over without sorting (a display editor's preview). ViewOf is only read, now.
+    TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, QWidget* Parent = nullptr);
     ~TNoticeBdGrid() override;
 
     TNoticeStore& Store() const;
     // The grid's own view of the store (owned by the grid, lives as long as it).
     TNoticeGridView& View() const;
 
-    // The display whose row colours the grid draws (AltRowColors, AltColor, GridColor); not owned, null for
+    // The display whose row colours the grid draws (AltRowColors, AltColor, GridColor, and SeverityColors
+    // when SeverityRowColors is on); not owned, null for
     // none. Binding the display to the grid (TDisplay::SetGrid) is the owner's business. The display is
     // read at every paint, so it must outlive the binding (or be unbound with SetDisplay(nullptr)).
     void SetDisplay(const TDisplay* Display);
@@ -92,6 +97,20 @@ public:
     uint64_t RefreshCount() const;
     bool RefreshPending() const;
     void SetRefreshClock(std::function<int64_t()> NowMs);
+
+    // Quick search (core/TQuickSearch.h): narrows the rows, on top of the store's filter, to those whose
+    // shown texts (the columns shown and grouped) contain every word of Text, any order, any letter case,
+    // and marks the words in the cells. An empty text narrows nothing. Applied at once (a refresh); then
+    // QuickSearchChanged. Later messages keep the narrowing (rows come and go as they match).
+    void SetQuickSearchText(const QString& Text);
+    QString QuickSearchText() const;
+    // Rows found: the rows of the view while a search narrows, -1 while none does.
+    int32_t QuickSearchMatches() const;
+    // The status bar's note: "(N match)" while a search narrows, else empty.
+    QString QuickSearchStatusText() const;
+    // Folds every row's shown texts now, so the first letter typed answers quickly (the search box calls
+    // it when it gets the focus).
+    void PrepareQuickSearch();
 
     // Group headings: expanded by default; a collapsed group shows its heading only. Reaches every level
     // and the groups that appear later; the state of a group is kept while it is shown or empty.
@@ -150,6 +169,8 @@ signals:
     // The user changed the columns: moved, resized (every step of a drag), showed, hid, sorted or grouped
     // them, through the header or its context menu. Never for SetLayout.
     void LayoutChangedByUser();
+    // The quick search text changed and the rows were narrowed again; Matches as QuickSearchMatches().
+    void QuickSearchChanged(int32_t Matches);
 
 protected:
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& Index,
@@ -170,6 +191,8 @@ protected:
     void resizeEvent(QResizeEvent* Event) override;
 
 private:
+    void Init(const TGridLayout& Layout);
+
     struct TPrivate;
     std::unique_ptr<TPrivate> d;
 };

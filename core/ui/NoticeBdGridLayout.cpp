@@ -39,6 +39,7 @@ void TNoticeBdGrid::TPrivate::ApplyLayoutToHeader() {
     }
     if (Options & goAutoWidth) ApplyAutoWidths();
     Header->SetSortMarks(Layout);
+    SyncSearchFields();
     --ApplyingLayout;
 }
 

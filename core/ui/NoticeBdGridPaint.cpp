@@ -1,6 +1,6 @@
 // The notice grid's painting: the colours the cells take (the board's custom-draw rule, from the bound
-// display), the cells themselves (TNoticeGridDelegate), then the grid lines and the group headings over
-// them, each drawn once per paint.
+// display, with the display's optional severity colours), the cells themselves (TNoticeGridDelegate), then
+// the grid lines and the group headings over them, each drawn once per paint.
 #include "core/ui/NoticeBdGridPrivate.h"
 
 #include "core/ui/NbColors.h"
@@ -17,6 +17,11 @@ TNoticeGridDelegate::TColors TNoticeBdGrid::TPrivate::PaintColors() const {
     c.Background = ToQColor(Display ? Display->GridColor : GridColor);
     c.AltRows = Display && Display->AltRowColors && !Model->Rows().Grouped();
     c.AltBackground = Display ? ToQColor(Display->AltColor) : c.Background;
+    c.SeverityRows = Display && Display->SeverityRowColors;
+    if (Display)
+        for (size_t i = 0; i < c.SeverityBackground.size(); ++i)
+            c.SeverityBackground[i] = ToQColor(Display->SeverityColors[i]);
+    c.Mark = QColor(255, 214, 64); // a marker pen's yellow, readable under the text and the selection's
     c.Line = ToQColor(GridLineColor);
     c.Lines = ShowGridLines;
     c.FocusRect = (Options & goFocusRect) != 0;

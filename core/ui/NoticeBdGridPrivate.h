@@ -2,6 +2,7 @@
 // refresh, selection, layout, group headings, export). Not for other users of the grid.
 #pragma once
 
+#include "core/TQuickSearch.h"
 #include "core/ui/NoticeBdGrid.h"
 #include "core/ui/NoticeGridDelegate.h"
 #include "core/ui/NoticeGridHeader.h"
@@ -17,10 +18,13 @@
 
 struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver {
     TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore);
+    TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& OrderOf);
     ~TPrivate() override;
+    void Init();
 
     TNoticeBdGrid& Q;
     TNoticeStore& Store;
+    TQuickSearch Search; // before View: installed in it for the grid's life
     TNoticeGridView View;
     TNoticeGridModel* Model = nullptr; // children of the grid
     TNoticeGridDelegate* Delegate = nullptr;
@@ -86,6 +90,9 @@ struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver 
     // Keys that left the view leave the selection.
     void PruneSelection();
     void EmitSelectionChanged();
+
+    // Quick search: the fields it reads follow the columns shown (and grouped).
+    void SyncSearchFields();
 
     // Layout.
     void ApplyLayoutToHeader();

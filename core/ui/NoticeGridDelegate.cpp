@@ -26,7 +26,32 @@ void TNoticeGridDelegate::Prepare(const TColors& Colors) {
 }
 
 QColor TNoticeGridDelegate::RowBackground(int Row) const {
+    if (FColors.SeverityRows) {
+        const TNoticeRecord* record = RowState(Row).Record;
+        const int severity =
+            record && !record->IsNull(nf_note_severity) ? record->AsInteger(nf_note_severity) : 0;
+        if (severity >= 1 && severity <= 4) return FColors.SeverityBackground[size_t(severity - 1)];
+    }
     return FColors.AltRows && (Row & 1) ? FColors.AltBackground : FColors.Background;
+}
+
+void TNoticeGridDelegate::SetMarkedWords(const QStringList& Words) {
+    FMarked = Words;
+}
+
+// Marks each occurrence of a word in the text as painted from X; a word cut off by the elision is marked
+// as far as it shows.
+void TNoticeGridDelegate::PaintMarks(QPainter* Painter, const QString& Text, int X, const QRect& Cell,
+                                     const QFontMetrics& Metrics) const {
+    for (const QString& word : FMarked) {
+        for (qsizetype at = Text.indexOf(word, 0, Qt::CaseInsensitive); at >= 0;
+             at = Text.indexOf(word, at + word.size(), Qt::CaseInsensitive)) {
+            const int left = X + Metrics.horizontalAdvance(Text.left(at));
+            const int width = Metrics.horizontalAdvance(Text.mid(at, word.size()));
+            const QRect mark = QRect(left, Cell.top() + 1, width, Cell.height() - 2).intersected(Cell);
+            Painter->fillRect(mark, FColors.Mark);
+        }
+    }
 }
 
 const TNoticeGridDelegate::TRowCache& TNoticeGridDelegate::RowState(int Row) const {
@@ -86,6 +111,7 @@ void TNoticeGridDelegate::paint(QPainter* Painter, const QStyleOptionViewItem& O
                 const bool right = field == nf_note_count || field == nf_nb_internal_key;
                 const int x = right ? r.right() - TextMargin - (FColors.Lines ? 1 : 0) - advance + 1
                                     : r.left() + TextMargin;
+                if (!FMarked.isEmpty() && !row.Selected) PaintMarks(Painter, text, x, r, fm);
                 Painter->setPen(row.Selected ? FColors.HighlightedText : FColors.Text);
                 Painter->setFont(FFont);
                 Painter->drawStaticText(x, r.top() + (r.height() - fm.height()) / 2, Laid(text));

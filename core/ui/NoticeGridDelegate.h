@@ -4,10 +4,11 @@
 // repainting a screen does no text shaping. Row colours follow the board's custom-draw
 // rule: a selected row keeps the grid's own selection colours; otherwise, with alternate rows on and no
 // group columns, odd rows (counted from 0 among the grid's rows) take the alternate colour and even rows
-// the grid colour; else every row takes the grid colour. Selection comes from the grid's key set, never
-// from Qt's selection model. Group headings get their background here; the grid paints their text across
-// the whole row.
-// Owned by the grid (Qt parent); board thread only.
+// the grid colour; else every row takes the grid colour. With the display's severity colours on, a row of
+// severity 1 to 4 takes its severity's colour instead. Words of the quick search are marked in the cells.
+// Selection comes from the grid's key set, never from Qt's selection model. Group headings get their
+// background here; the grid paints their text across the whole row. Owned by the grid (Qt parent); board
+// thread only.
 #pragma once
 
 #include <QAbstractItemDelegate>
@@ -15,6 +16,9 @@
 #include <QFont>
 #include <QHash>
 #include <QStaticText>
+#include <QStringList>
+
+#include <array>
 
 class TNoticeGridModel;
 class TKeySelection;
@@ -31,6 +35,9 @@ public:
         bool Lines = false;
         bool FocusRect = false;
         QColor Text, Highlight, HighlightedText, Heading;
+        bool SeverityRows = false;                // rows in the colour of their severity
+        std::array<QColor, 4> SeverityBackground; // severity 1 to 4
+        QColor Mark;                              // behind a quick-search word
     };
 
     TNoticeGridDelegate(const TNoticeGridModel& Model, const TKeySelection& Selection, QObject* Parent);
@@ -40,6 +47,8 @@ public:
     const TColors& Colors() const { return FColors; }
     // The background of a data row that is not selected.
     QColor RowBackground(int Row) const;
+    // The words to mark in the cells (letter case ignored); none by default.
+    void SetMarkedWords(const QStringList& Words);
 
     void paint(QPainter* Painter, const QStyleOptionViewItem& Option,
                const QModelIndex& Index) const override;
@@ -56,10 +65,13 @@ private:
     // The width of a text in the cells' font, and its layout, from the caches.
     int TextWidth(const QString& Text, const QFontMetrics& Metrics) const;
     const QStaticText& Laid(const QString& Text) const;
+    void PaintMarks(QPainter* Painter, const QString& Text, int X, const QRect& Cell,
+                    const QFontMetrics& Metrics) const;
 
     const TNoticeGridModel& FModel;
     const TKeySelection& FSelection;
     TColors FColors;
+    QStringList FMarked;
     mutable TRowCache FCache; // the table paints row by row, cell by cell
     mutable QFont FFont;      // the font the text caches hold
     mutable QHash<QString, int> FWidths;

@@ -117,11 +117,11 @@ std::unique_ptr<QMenu> TNoticeGridHeader::ColumnMenu(int LogicalIndex, const TGr
     bool grouped = false;
     for (int f = 0; f < NoticeFieldCount; ++f)
         grouped |= Layout.Column(TNoticeField(f)).GroupIndex >= 0;
-    QAction* group = menu->addAction(tr("&Group by This Column"));
+    QAction* group = menu->addAction(tr("&Group by this column"));
     group->setObjectName(QStringLiteral("GroupByColumn"));
     group->setEnabled(LogicalIndex >= 0 && LogicalIndex < NoticeFieldCount);
     connect(group, &QAction::triggered, this, [this, LogicalIndex] { emit GroupByChosen(LogicalIndex); });
-    QAction* ungroup = menu->addAction(tr("&Ungroup All"));
+    QAction* ungroup = menu->addAction(tr("&Ungroup"));
     ungroup->setObjectName(QStringLiteral("UngroupAll"));
     ungroup->setEnabled(grouped);
     connect(ungroup, &QAction::triggered, this, &TNoticeGridHeader::UngroupAllChosen);

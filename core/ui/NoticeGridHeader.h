@@ -55,8 +55,8 @@ public:
 
     // The context menu of a column (logical index = TNoticeField): one checkable entry per field in
     // column-table order ("checked" = shown; group columns are shown in the headings and cannot be
-    // toggled here), then "Group by This Column", "Ungroup All", "Expand All Groups" and "Collapse All
-    // Groups". The caller owns it; choosing an entry emits the signals below.
+    // toggled here), then "Group by this column", "Ungroup" (every group column), "Expand All Groups" and
+    // "Collapse All Groups". The caller owns it; choosing an entry emits the signals below.
     std::unique_ptr<QMenu> ColumnMenu(int LogicalIndex, const TGridLayout& Layout);
 
 signals:

@@ -3,7 +3,9 @@
 //
 // Ownership: created without a parent each time it is opened and shown without being modal; it deletes
 // itself when closed (nobody else frees it). It reads PVO_Node_Stats at every refresh and keeps no pointer
-// to it, so it may outlive the board; with no counters it shows an empty table.
+// to it, so it may outlive the board; with no counters it shows an empty table. The "C&hart" button shows
+// beside the table a bar per node stacked by severity (NodeSeverityChart), widening the window; hidden at
+// first, so the window opens as it always did.
 // GUI thread (the board's thread). Nothing throws.
 #pragma once
 
@@ -13,6 +15,7 @@
 namespace Ui {
 class TFM_Summary;
 }
+class TNodeSeverityChart;
 class TStringGrid;
 
 class TFM_Summary : public QDialog {
@@ -26,10 +29,14 @@ public:
     void Refresh();
 
     TStringGrid* Grid() const;
+    TNodeSeverityChart* Chart() const;
+    // Shows or hides the chart (as the "C&hart" button does); the window widens by the chart's width.
+    void ShowChart(bool Show);
 
 protected:
     void showEvent(QShowEvent* event) override;
 
 private:
     std::unique_ptr<Ui::TFM_Summary> ui;
+    QSize FTableSize; // the window without the chart
 };

@@ -125,8 +125,9 @@ template <class Tree> void GrowShrinkAndReload(uint32_t seed, bool keyed) {
         }
         ASSERT_NO_FATAL_FAILURE(d.Check());
     }
-    // Bulk loads of every small size and a large one, each followed by changes.
-    for (size_t n : {size_t(0), size_t(1), size_t(3), size_t(4), size_t(17), size_t(500)}) {
+    // Bulk loads of every small size and a large one, each followed by changes; the last one reuses the
+    // large one's leaves and slot map.
+    for (size_t n : {size_t(0), size_t(1), size_t(3), size_t(4), size_t(17), size_t(500), size_t(5)}) {
         d.Assign(d.RandomSubset(n));
         ASSERT_NO_FATAL_FAILURE(d.Check());
         for (int i = 0; i < 400; ++i)

@@ -291,3 +291,30 @@ TEST_F(DisplayTest, SampleDisplayLoadsAndSavesUnchanged) {
     EXPECT_EQ(ReadTextFile(Folder / "Triage.nbd"),
               ReadTextFile(NB_SOURCE_DIR "/examples/displays/Triage.nbd"));
 }
+
+TEST_F(DisplayTest, SeverityRowColoursAreKeptOnlyOnceUsedAndTheDefaultViewHasThemOff) {
+    TDisplay display;
+    display.SetGrid(&Grid);
+    EXPECT_FALSE(display.SeverityRowColors);
+    display.SaveToFile("Plain");
+    EXPECT_EQ(ReadTextFile(Folder / "Plain.nbd").find("Severity"), std::string::npos);
+
+    display.SeverityRowColors = true;
+    display.SeverityColors[3] = 0x0000FF;
+    display.SaveToFile("Coloured");
+    EXPECT_NE(ReadTextFile(Folder / "Coloured.nbd").find("SeverityRowColors=1\nSeverityColor1=C8F0C8\n"),
+              std::string::npos);
+    TDisplay loaded;
+    loaded.SetGrid(&Grid);
+    loaded.LoadFromFile("Coloured");
+    EXPECT_TRUE(loaded.SeverityRowColors);
+    EXPECT_EQ(loaded.SeverityColors[3], 0x0000FFu);
+    EXPECT_EQ(loaded.SeverityColors[0], TDisplay::DefaultSeverityColors()[0]);
+
+    loaded.SeverityRowColors = false; // switched off again: the file says so rather than forgetting
+    loaded.SaveToFile("Coloured");
+    EXPECT_NE(ReadTextFile(Folder / "Coloured.nbd").find("SeverityRowColors=0"), std::string::npos);
+    loaded.SeverityRowColors = true;
+    loaded.LoadFromFile(TDisplay::DefaultName);
+    EXPECT_FALSE(loaded.SeverityRowColors);
+}

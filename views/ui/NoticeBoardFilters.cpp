@@ -7,14 +7,11 @@
 #include "support/StrUtils.h"
 #include "views/BoardFiles.h"
 #include "views/FilterApply.h"
+#include "views/ui/ChooserRefill.h"
 #include "views/ui/FilterEditor.h"
 #include "views/ui/ListSelection.h"
 
 #include <QComboBox>
-#include <QScrollBar>
-#include <QSignalBlocker>
-
-#include <exception>
 
 namespace {
 
@@ -30,20 +27,7 @@ void btnFiltersClick(QWidget* owner, const TNoticeStore& Notices, QComboBox& cmb
     dialog.SetCurrentFilterName(cmbFilters.itemText(index).toStdString());
     dialog.UpdateButtons();
     if (dialog.exec() != QDialog::Accepted) return;
-    Lister.Refresh();
-    {
-        // Refilling is no choice of the user's: the filter is applied once, below.
-        const QSignalBlocker quiet(cmbFilters);
-        cmbFilters.clear();
-        for (const std::string& item : Lister.Items)
-            cmbFilters.addItem(QString::fromStdString(item));
-        cmbFilters.setCurrentIndex(dialog.SelectedIndex());
-    }
-    try {
-        ApplyChosenFilter();
-    } catch (const std::exception& e) {
-        NBPrompt().ShowMessage(e.what(), TMsgDlgType::mtError);
-    }
+    ApplyChosenEntry(cmbFilters, Lister, dialog.SelectedIndex(), ApplyChosenFilter);
 }
 
 TfrmNoticeBoardFilters::TfrmNoticeBoardFilters(const TNoticeStore& Notices, QWidget* parent)
@@ -144,11 +128,6 @@ void TfrmNoticeBoardFilters::btnDeleteClick() {
     std::string fileName;
     if (BoardFilePath(SelectedItem(), FilterExtension, fileName))
         DeleteBoardFile(fileName); // failure ignored
-    QScrollBar* scroll = ui->lbFilters->verticalScrollBar();
-    const int top = scroll->value();
-    delete ui->lbFilters->takeItem(i);
-    scroll->setValue(top);
-    const int last = ui->lbFilters->count() - 1;
-    SelectIndex(std::min(i > 0 ? i - 1 : 0, last) + 1);
+    RemoveRowSelectingNext(ui->lbFilters, i);
     UpdateButtons();
 }

@@ -1,0 +1,225 @@
+#include "core/TQuickSearch.h"
+#include "core/FilterExpression.h"
+#include "core/TNoticeGridView.h"
+#include "core/TNoticeRowOrder.h"
+#include "core/Znb_fieldtext.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+// clang-format off
+const char* const Pieces[] = {"disk full", "DISK FULL", "Tablespace TS_1", "tablespace ts_12 is 91% full",
+    "\u00e9t\u00e9", "\u00c9T\u00c9", "\u03a9mega", "\u03c9MEGA", "zeta", "Zeta", "", "ab", "b a"};
+const char* const Searches[] = {"", "full", "FULL disk", "disk  full ", "ts_1", "ts_12", "ts_1 91%",
+    "\u00e9t\u00e9", "\u03a9MEGA", "zeta ab", "a", "b", "fatal", "full zeta", "nothing-at-all"};
+// clang-format on
+
+constexpr TNoticeField Searched[] = {nf_note_summary, nf_note_pvo_node, nf_note_severity, nf_note_count};
+
+class TBoard {
+public:
+    explicit TBoard(uint32_t Seed) : Rng(Seed) { Store.SetFilterCompiler(CompileFilterExpression); }
+
+    std::mt19937 Rng;
+    TNoticeStore Store;
+    int Keys = 0;
+
+    uint32_t Pick(uint32_t n) { return Rng() % n; }
+    void Fill(TNoticeRecord& r) {
+        r.SetString(nf_note_summary,
+                    std::string(Pieces[Pick(std::size(Pieces))]) + " " + Pieces[Pick(std::size(Pieces))]);
+        r.SetString(nf_note_pvo_node, Pieces[Pick(std::size(Pieces))]);
+        r.SetString(nf_note_text, "full zeta disk"); // a field the search does not read
+        r.SetInteger(nf_note_severity, int32_t(1 + Pick(4)));
+        if (Pick(4) == 0)
+            r.SetNull(nf_note_count);
+        else
+            r.SetInteger(nf_note_count, int32_t(Pick(20)));
+    }
+    void Insert() {
+        Store.Append();
+        Store.Buffer().SetString(nf_adpt_orig_key, "K" + std::to_string(++Keys));
+        Fill(Store.Buffer());
+        Store.Post();
+    }
+    void Change() {
+        const uint32_t p = Pick(10);
+        if (p < 4 || Store.RecordCount() == 0) return Insert();
+        Store.SetRecNo(int32_t(1 + Pick(uint32_t(Store.RecordCount()))));
+        if (p < 8) {
+            Store.Edit();
+            Fill(Store.Buffer());
+            Store.Post();
+        } else {
+            Store.Delete();
+        }
+    }
+};
+
+// The plain answer: a row passes when each word lies inside the folded text of one of its searched fields.
+bool Passes(const TNoticeRecord& Row, const std::vector<std::string>& Words) {
+    for (const std::string& w : Words) {
+        bool found = false;
+        for (TNoticeField f : Searched)
+            found |= QuickSearchFold(FieldDisplayText(Row, f)).find(w) != std::string::npos;
+        if (!found) return false;
+    }
+    return true;
+}
+
+void ExpectNarrowed(const TNoticeGridView& View, const std::string& Search) {
+    const std::vector<std::string> words = QuickSearchWords(Search);
+    std::vector<TSortColumn> cols = View.GroupColumns();
+    cols.insert(cols.end(), View.SortColumns().begin(), View.SortColumns().end());
+    std::vector<const TNoticeRecord*> rows;
+    View.Store().ForEachRow([&](const TNoticeRecord& r) {
+        if (Passes(r, words)) rows.push_back(&r);
+    });
+    std::sort(rows.begin(), rows.end(), [&](const TNoticeRecord* a, const TNoticeRecord* b) {
+        return CompareNoticeRows(*a, *b, cols) < 0;
+    });
+    ASSERT_EQ(View.RowCount(), int32_t(rows.size())) << Search;
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const int32_t key = rows[i]->AsInteger(nf_nb_internal_key);
+        ASSERT_EQ(View.KeyAt(int32_t(i)), key) << Search << " at " << i;
+        ASSERT_EQ(View.PositionOf(key), int32_t(i));
+    }
+    int32_t walked = 0;
+    View.WalkNodes([&](const TGridNode& n) {
+        walked += n.IsGroup ? 0 : 1;
+        return true;
+    });
+    EXPECT_EQ(walked, int32_t(rows.size()));
+}
+
+} // namespace
+
+TEST(QuickSearchWords, SplitOnBlanksAndFoldEveryLetterCase) {
+    EXPECT_EQ(QuickSearchWords("  Disk\tFULL \u00c9T\u00c9 "),
+              (std::vector<std::string>{"disk", "full", "\u00e9t\u00e9"}));
+    EXPECT_TRUE(QuickSearchWords(" \t ").empty());
+    EXPECT_EQ(QuickSearchMatchText(12), "(12 match)");
+}
+
+// Searches typed, widened and cleared between random changes of the store, under random filters and
+// orders: the view always serves exactly the rows the plain answer passes, in the view's order.
+TEST(TQuickSearch, NarrowsTheViewLikeAPlainScanAcrossChanges) {
+    for (uint32_t seed : {1u, 2u, 3u}) {
+        SCOPED_TRACE(seed);
+        TBoard b(seed);
+        // Seed 3 compacts the store every few deletions: the search's texts and the view's two orders
+        // must follow the renumbered slots.
+        if (seed == 3) b.Store.SetCompactionFloor(4);
+        TNoticeGridView view(b.Store);
+        TQuickSearch search(b.Store);
+        search.SetFields({std::begin(Searched), std::end(Searched)});
+        search.SetThreads(seed == 2 ? 3 : 1);
+        view.SetNarrowing(&search);
+        for (int i = 0; i < 400; ++i)
+            b.Insert();
+        for (int round = 0; round < 80; ++round) {
+            const char* text = Searches[b.Pick(std::size(Searches))];
+            search.SetText(text);
+            switch (b.Pick(5)) {
+            case 0:
+                b.Store.SetFilterText(b.Pick(2) ? "note_severity >= 2" : "");
+                b.Store.SetFiltered(b.Pick(2) == 0);
+                break;
+            case 1:
+                view.SetOrder(b.Pick(2) ? std::vector<TSortColumn>{{nf_note_pvo_node, true}}
+                                        : std::vector<TSortColumn>{},
+                              {{nf_note_summary, b.Pick(2) == 0}});
+                break;
+            default:
+                break;
+            }
+            if (b.Pick(2)) ExpectNarrowed(view, text); // read before the changes, as a grid would
+            b.Store.DisableControls();
+            for (int n = int(b.Pick(12)); n > 0; --n)
+                b.Change();
+            b.Store.EnableControls();
+            ExpectNarrowed(view, text);
+            if (HasFatalFailure()) return;
+        }
+    }
+}
+
+// Typing, taking letters back and clearing the box only drop rows from an order that stands: the view
+// never reads and sorts the whole store again, and an empty search is exactly the view without one.
+TEST(TQuickSearch, TypingOnNarrowsWithoutRebuildingAndEmptyChangesNothing) {
+    TBoard b(7);
+    for (int i = 0; i < 3000; ++i)
+        b.Insert();
+    TNoticeGridView view(b.Store);
+    view.SetOrder({}, {{nf_note_summary, true}});
+    TQuickSearch search(b.Store);
+    search.SetFields({std::begin(Searched), std::end(Searched)});
+    view.SetNarrowing(&search);
+    const int32_t all = view.RowCount();
+    const uint64_t rebuilds = view.RebuildCount();
+    for (const char* typed : {"t", "ta", "tab", "tabl", "tablespace", "tablespace ts_", "tablespace ts_12"}) {
+        search.SetText(typed);
+        ExpectNarrowed(view, typed);
+    }
+    EXPECT_EQ(view.RebuildCount(), rebuilds);
+    EXPECT_LT(view.RowCount(), all);
+    search.SetText("tablespace ts_1"); // a letter taken back
+    ExpectNarrowed(view, "tablespace ts_1");
+    search.SetText("");
+    EXPECT_EQ(view.RowCount(), all);
+    ExpectNarrowed(view, "");
+    EXPECT_EQ(view.RebuildCount(), rebuilds);
+}
+
+// The shown text of every kind of field is searched: a severity by its name, numbers in decimal; other
+// fields not at all, and a word never spans two fields.
+TEST(TQuickSearch, MatchesShownTextsOfTheSearchedFieldsOnly) {
+    TNoticeStore store;
+    store.Append();
+    store.Buffer().SetString(nf_note_summary, "Disk");
+    store.Buffer().SetString(nf_note_pvo_node, "full");
+    store.Buffer().SetString(nf_note_text, "hidden words");
+    store.Buffer().SetInteger(nf_note_severity, 3);
+    store.Buffer().SetInteger(nf_note_count, 42);
+    store.Post();
+    TQuickSearch search(store);
+    search.SetFields({std::begin(Searched), std::end(Searched)});
+    struct {
+        const char* Text;
+        bool Match;
+    } const cases[] = {{"disk", true},  {"FULL DISK", true}, {"fatal", true},     {"42", true},
+                       {"3", false},    {"hidden", false},   {"diskfull", false}, {"disk\x1f", true},
+                       {"sk ul", true}, {"dusk", false}};
+    for (const auto& c : cases) {
+        search.SetText(c.Text);
+        EXPECT_EQ(search.Matches(0), c.Match) << c.Text;
+        std::vector<int32_t> slots{0};
+        search.Narrow(slots);
+        EXPECT_EQ(slots.size(), c.Match ? 1u : 0u) << c.Text;
+    }
+}
+
+TEST(TQuickSearch, KnowsANarrowingFromAWidening) {
+    TNoticeStore store;
+    TQuickSearch search(store);
+    const uint64_t empty = search.Generation();
+    search.SetText("disk");
+    const uint64_t disk = search.Generation();
+    EXPECT_TRUE(search.Refines(empty));
+    search.SetText("disk ful");
+    search.SetText("DISK  ful "); // the same words: no new generation
+    const uint64_t ful = search.Generation();
+    search.SetText("full disks");
+    EXPECT_TRUE(search.Refines(disk));
+    EXPECT_TRUE(search.Refines(ful));
+    search.SetText("full");
+    EXPECT_FALSE(search.Refines(disk));
+    search.SetFields({nf_note_summary});
+    EXPECT_FALSE(search.Refines(ful)); // other texts: nothing known
+}

@@ -1,0 +1,150 @@
+#include "views/ui/NBViewEditor.h"
+
+#include "ui_NBViewEditor.h"
+
+#include "core/ui/NbColors.h"
+#include "core/ui/NoticeBdGrid.h"
+#include "views/ui/WaitCursor.h"
+
+#include <QColorDialog>
+#include <QListWidget>
+
+namespace {
+
+void ShowSwatch(QLineEdit* Swatch, TColor Color) {
+    QPalette palette = Swatch->palette();
+    palette.setColor(QPalette::Base, ToQColor(Color));
+    Swatch->setPalette(palette);
+}
+
+} // namespace
+
+TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf, QWidget* parent)
+    : QDialog(parent), ui(std::make_unique<Ui::frmNBViewEditor>()) {
+    ui->setupUi(this);
+    {
+        const TWaitCursor wait;
+        FPreviewData.CopyFrom(Notices);
+        cfgGrid =
+            ViewOf ? new TNoticeBdGrid(FPreviewData, *ViewOf, this) : new TNoticeBdGrid(FPreviewData, this);
+    }
+    cfgGrid->setObjectName(QStringLiteral("cfgGrid"));
+    cfgGrid->AssignColumnHeaders();
+    cfgGrid->SetDisplay(&FDisplay);
+    ui->PreviewLayout->addWidget(cfgGrid);
+    setTabOrder(cfgGrid, ui->edtViewName);
+
+    connect(ui->clbVisibleFields, &QListWidget::itemChanged, this, [this] {
+        if (!FFillingFields) clbVisibleFieldsClickCheck();
+    });
+    connect(cfgGrid, &TNoticeBdGrid::LayoutChangedByUser, this, &TfrmNBViewEditor::NoteColumnsChangedInGrid);
+    connect(ui->cbAltRowColors, &QCheckBox::toggled, this, [this](bool on) {
+        FDisplay.SetAltRowColors(on);
+        cfgGrid->viewport()->update();
+    });
+    connect(ui->cbShowGrid, &QCheckBox::toggled, this, [this](bool on) {
+        cfgGrid->SetShowGridLines(on);
+        FDisplay.ShowGrid = on;
+    });
+    connect(ui->cbAutoColWidths, &QCheckBox::toggled, this, [this](bool on) {
+        SetOption(goAutoWidth, on);
+        FDisplay.SetAutoColumnWidths(on);
+    });
+    connect(ui->cbShowGroupPanel, &QCheckBox::toggled, this, [this](bool on) {
+        cfgGrid->SetShowGroupPanel(on);
+        FDisplay.ShowGroupPanel = on;
+    });
+    connect(ui->btnNormalColor, &QToolButton::clicked, this,
+            [this] { ChooseColour(ui->edtNormalColor, FDisplay.GridColor, &TNoticeBdGrid::SetGridColor); });
+    // Alternate rows are drawn from the display itself; the grid has no colour of its own for them.
+    connect(ui->btnAltColor, &QToolButton::clicked, this,
+            [this] { ChooseColour(ui->edtAltColor, FDisplay.AltColor, nullptr); });
+    connect(ui->btnGridlineColor, &QToolButton::clicked, this, [this] {
+        ChooseColour(ui->edtGridlineColor, FDisplay.GridLineColor, &TNoticeBdGrid::SetGridLineColor);
+    });
+    connect(ui->btnOK, &QPushButton::clicked, this, &QDialog::accept);
+    connect(ui->btnCancel, &QPushButton::clicked, this, &QDialog::reject);
+}
+
+// The preview reads the copy and the display, which are members: it goes first, not with the children.
+TfrmNBViewEditor::~TfrmNBViewEditor() {
+    delete cfgGrid;
+}
+
+std::string TfrmNBViewEditor::ViewName() const {
+    return ui->edtViewName->text().toStdString();
+}
+
+void TfrmNBViewEditor::SetViewName(const std::string& Name) {
+    ui->edtViewName->setText(QString::fromStdString(Name));
+}
+
+void TfrmNBViewEditor::UpdateVisibleFieldEditor() {
+    FFillingFields = true;
+    QListWidget* list = ui->clbVisibleFields;
+    list->setSortingEnabled(false);
+    list->clear();
+    const TGridLayout layout = cfgGrid->Layout();
+    for (const TNoticeField field : layout.FieldsInPositionOrder()) {
+        auto* item = new QListWidgetItem(cfgGrid->ColumnCaption(field), list);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        item->setCheckState(layout.Column(field).Visible ? Qt::Checked : Qt::Unchecked);
+    }
+    list->sortItems();
+    FFillingFields = false;
+}
+
+// Each column takes the check of the entry carrying its caption.
+void TfrmNBViewEditor::clbVisibleFieldsClickCheck() {
+    TGridLayout layout = cfgGrid->Layout();
+    bool changed = false;
+    for (int f = 0; f < NoticeFieldCount; ++f) {
+        const QList<QListWidgetItem*> entries =
+            ui->clbVisibleFields->findItems(cfgGrid->ColumnCaption(TNoticeField(f)), Qt::MatchExactly);
+        if (entries.isEmpty()) continue;
+        bool& visible = layout.Column(TNoticeField(f)).Visible;
+        const bool checked = entries.first()->checkState() == Qt::Checked;
+        changed = changed || visible != checked;
+        visible = checked;
+    }
+    if (changed) cfgGrid->SetLayout(layout);
+}
+
+// A column shown or hidden through the preview's own column menu is ticked or unticked in the list too.
+void TfrmNBViewEditor::NoteColumnsChangedInGrid() {
+    const TGridLayout layout = cfgGrid->Layout();
+    FFillingFields = true;
+    for (int f = 0; f < NoticeFieldCount; ++f) {
+        const auto state = layout.Column(TNoticeField(f)).Visible ? Qt::Checked : Qt::Unchecked;
+        for (QListWidgetItem* entry :
+             ui->clbVisibleFields->findItems(cfgGrid->ColumnCaption(TNoticeField(f)), Qt::MatchExactly))
+            if (entry->checkState() != state) entry->setCheckState(state);
+    }
+    FFillingFields = false;
+}
+
+void TfrmNBViewEditor::SynchControls() {
+    ShowSwatch(ui->edtNormalColor, FDisplay.GridColor);
+    ShowSwatch(ui->edtAltColor, FDisplay.AltColor);
+    ShowSwatch(ui->edtGridlineColor, FDisplay.GridLineColor);
+    ui->cbShowGroupPanel->setChecked(FDisplay.ShowGroupPanel);
+    ui->cbAutoColWidths->setChecked(FDisplay.AutoColWidths);
+    ui->cbAltRowColors->setChecked(FDisplay.AltRowColors);
+    ui->cbShowGrid->setChecked(FDisplay.ShowGrid);
+}
+
+void TfrmNBViewEditor::ChooseColour(QLineEdit* Swatch, TColor& Target,
+                                    void (TNoticeBdGrid::*ShowIn)(TColor)) {
+    QColorDialog chooser(Swatch->palette().color(QPalette::Base), this);
+    chooser.setObjectName(QStringLiteral("ColorDialog"));
+    if (chooser.exec() != QDialog::Accepted) return;
+    Target = FromQColor(chooser.selectedColor());
+    ShowSwatch(Swatch, Target);
+    if (ShowIn) (cfgGrid->*ShowIn)(Target);
+    cfgGrid->viewport()->update();
+}
+
+void TfrmNBViewEditor::SetOption(uint32_t Option, bool On) {
+    const uint32_t options = cfgGrid->Options();
+    cfgGrid->SetOptions(On ? options | Option : options & ~Option);
+}
