@@ -158,6 +158,7 @@ void TNBConfig::Get() {
         NBShutdownPrompt = ini.ReadBool(SecNoticeboard, "NBShutdownPrompt", true);
         All_Adapters = ini.ReadBool(SecAdapterConfig, "All_Adapters", false);
         AlwaysPrompt = ini.ReadBool(SecAdapterConfig, "AlwaysPrompt", true);
+        Notifications.Load(ini);
 
         for (const std::string& name : ListedAdapters(ini)) {
             TZNB_Adapter_Cfg* cfg = FindAdapterCfg(name);
@@ -185,6 +186,7 @@ void TNBConfig::Save() {
     ini.WriteBool(SecNoticeboard, "NBShutdownPrompt", NBShutdownPrompt);
     // All_Adapters is a switch for the administrator's hand only; it is never written back.
     ini.WriteBool(SecAdapterConfig, "AlwaysPrompt", AlwaysPrompt);
+    Notifications.Save(ini);
 
     ini.EraseSection(SecAdapters);
     ini.WriteInteger(SecAdapters, "Count", AdapterCount());

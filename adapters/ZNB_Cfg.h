@@ -5,6 +5,8 @@
 // the board closes, and read by every other part of the board. Board thread only.
 #pragma once
 
+#include "adapters/ZNB_NotifyCfg.h"
+
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -85,6 +87,9 @@ public:
     std::string LogFileName;   // NBFolder + "znb.log"
     bool All_Adapters = false; // every adapter counts as loadable; read, never written
     bool AlwaysPrompt = false; // ask about installed but unconfigured adapters
+    // Section "Notifications": desktop notifications, sounds, tray icon, row highlight. Read by Get and
+    // written by Save with the rest.
+    TNotificationSettings Notifications;
 
 private:
     TZNB_Adapter_Cfg& AddAdapter(const std::string& Name);

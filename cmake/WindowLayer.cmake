@@ -21,7 +21,7 @@ if(NOT "${NB_UI_SOURCES}" STREQUAL "${NB_UI_SOURCES_SCANNED}")
   set(NB_UI_SOURCES_SCANNED "${NB_UI_SOURCES}" CACHE INTERNAL "window-layer sources at the last moc/uic scan")
 endif()
 target_include_directories(nbui PUBLIC ${CMAKE_SOURCE_DIR})
-target_link_libraries(nbui PUBLIC nbengine Qt6::Widgets Qt6::PrintSupport Qt6::Svg)
+target_link_libraries(nbui PUBLIC nbengine Qt6::Widgets Qt6::PrintSupport Qt6::Svg Qt6::Multimedia)
 
 # The package: a real plug-in of a host console, loaded through the platform loader as "noticeboard".
 file(GLOB NB_PACKAGE_SOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/core/ui/package/*.cpp)

@@ -292,9 +292,15 @@ void TNoticeGridView::SetOrder(std::vector<TSortColumn> GroupColumns, std::vecto
 
 void TNoticeGridView::SetNarrowing(IRowNarrowing* Narrowing) {
     if (FImpl->Narrowing == Narrowing) return;
+    const bool narrowed = FImpl->Narrowed();
     FImpl->Narrowing = Narrowing;
-    FImpl->Stale = true;
-    ++FImpl->Revision;
+    if (narrowed || FImpl->Narrowed()) {
+        FImpl->Stale = true;
+        ++FImpl->Revision;
+    } else {
+        // Neither narrows a row: the order stands (a view copied from another is not sorted again).
+        FImpl->NarrowSeen = Narrowing ? Narrowing->Generation() : 0;
+    }
 }
 
 IRowNarrowing* TNoticeGridView::Narrowing() const {

@@ -199,8 +199,9 @@ public:
     bool SlotPasses(int32_t slot) const { return FFilter ? FPassing.Get(slot) : FAlive.Get(slot); }
     // The filter in effect: FilterObject() while Filtered(), else null.
     const IRowFilter* ActiveFilter() const { return FilterActive() ? FFilter.get() : nullptr; }
-    // Changes whenever the rows are replaced wholesale (EmptyDataSet, CopyFrom) or renumbered (compaction),
-    // never for rows changed one by one or a new filter: an observer's RowsReset tells the two apart with it.
+    // Changes whenever the rows are replaced wholesale (EmptyDataSet, CopyFrom), never for rows changed one
+    // by one, a compaction or a new filter: an observer's RowsReset tells them apart with it. An observer
+    // that keeps data per slot renumbers it in SlotsRenumbered (core/SlotRenumber.h).
     uint64_t RowsGeneration() const { return FRowsGeneration; }
     // Row observers (not owned; each must outlive its registration). Not copied by CopyFrom.
     void AddRowObserver(INoticeRowObserver* observer);

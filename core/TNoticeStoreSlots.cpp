@@ -118,9 +118,6 @@ void TNoticeStore::Compact() {
     FTailSlot = live;
     FTailKey = FNextKey;
     Touch();
-    // Observers keyed by slot that do not renumber take SlotsRenumbered as RowsReset: for them the rows
-    // were replaced.
-    ++FRowsGeneration;
     TellObservers([&](INoticeRowObserver& o) { o.SlotsRenumbered(newSlotOf); });
 }
 

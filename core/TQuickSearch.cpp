@@ -2,6 +2,7 @@
 // changed row's old span becomes garbage, and the arena is compacted when garbage outweighs the live text.
 // The blank and the unit separator never occur in a word, so a word never matches across two fields.
 #include "core/TQuickSearch.h"
+#include "core/SlotRenumber.h"
 
 #include "core/TNoticeRowOrder.h"
 #include "core/Znb_fieldtext.h"
@@ -105,6 +106,8 @@ struct TQuickSearch::TCache final : INoticeRowObserver {
     void RowUpdated(int32_t Slot) override { Forget(Slot); }
     void RowDeleted(int32_t Slot) override { Forget(Slot); }
     // A new filter leaves the rows as they were; only rows replaced wholesale void the texts.
+    // Compaction: each row's folded text stays where it is in the arena; only its slot changes.
+    void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override { RenumberSlots(Spans, NewSlotOf); }
     void RowsReset() override {
         if (Rows == Store.RowsGeneration()) return;
         Rows = Store.RowsGeneration();

@@ -1,6 +1,7 @@
 // The store tells a change only after the old values are gone, so each slot remembers the bucket it was
 // counted in (a byte a row).
 #include "core/TSeverityCounts.h"
+#include "core/SlotRenumber.h"
 
 #include <numeric>
 
@@ -76,4 +77,8 @@ void TSeverityCounts::Recount() {
     for (int32_t s = 0; s < FStore.SlotCount(); ++s)
         if (FStore.SlotLive(s)) Take(s);
     ++FRevision;
+}
+
+void TSeverityCounts::SlotsRenumbered(std::span<const int32_t> NewSlotOf) {
+    RenumberSlots(FCounted, NewSlotOf);
 }

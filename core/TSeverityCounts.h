@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 class TSeverityCounts final : private INoticeRowObserver {
@@ -32,6 +33,8 @@ private:
     void RowUpdated(int32_t Slot) override;
     void RowDeleted(int32_t Slot) override;
     void RowsReset() override;
+    // Compaction: the per-slot data moves with the rows; nothing is counted again.
+    void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override;
     void Recount();
     void Take(int32_t Slot);  // counts the live row at Slot
     void Leave(int32_t Slot); // uncounts what Slot was counted as

@@ -2,6 +2,7 @@
 // deletion only after the old values are gone. Slots below FNext are counted; the first count walks
 // FNext up to the end, and a row added at the end once it is there is counted at once.
 #include "views/FilterCounts.h"
+#include "core/SlotRenumber.h"
 
 #include "core/FilterExpression.h"
 #include "views/FilterApply.h"
@@ -149,4 +150,15 @@ void TFilterCounts::RowsReset() {
         FNames.clear();
         FCounts.clear();
     }
+}
+
+void TFilterCounts::SlotsRenumbered(std::span<const int32_t> NewSlotOf) {
+    // The first count goes on from the first renumbered slot at or past where it stood.
+    int32_t next = 0;
+    for (int32_t s = 0; s < FNext && size_t(s) < NewSlotOf.size(); ++s)
+        if (NewSlotOf[size_t(s)] >= 0) ++next;
+    if (size_t(FNext) > NewSlotOf.size()) next += FNext - int32_t(NewSlotOf.size());
+    FNext = next;
+    RenumberSlots(FMarks, NewSlotOf, FWords);
+    RenumberSlots(FCounted, NewSlotOf);
 }

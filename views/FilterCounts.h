@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,8 @@ private:
     void RowUpdated(int32_t Slot) override;
     void RowDeleted(int32_t Slot) override;
     void RowsReset() override;
+    // Compaction: the per-slot data moves with the rows; nothing is counted again.
+    void SlotsRenumbered(std::span<const int32_t> NewSlotOf) override;
     void Restart();
     void Take(int32_t Slot);
     void Leave(int32_t Slot);

@@ -63,6 +63,7 @@ TconfigDlg::TconfigDlg(TNBConfig& config, TZNB_Adapter_List* adapters, QWidget* 
     });
     connect(ui->btnConfigSource, &QPushButton::clicked, this, &TconfigDlg::btnConfigSourceClick);
     connect(ui->BB_Adapter_Status, &QPushButton::clicked, this, &TconfigDlg::BB_Adapter_StatusClick);
+    ConnectNotificationsPage();
 }
 
 TconfigDlg::~TconfigDlg() = default;
@@ -86,6 +87,7 @@ void TconfigDlg::showEvent(QShowEvent* event) {
 void TconfigDlg::FormShow() {
     ui->PageControl1->setCurrentIndex(0);
     PopulateControls();
+    PopulateNotifications();
     ui->M_Adapter_Status->clear();
     ui->EditNBFolder->setFocus(Qt::OtherFocusReason);
     // The focus-in only comes once the window is active; the edit shows the full folder from the start.
@@ -165,6 +167,7 @@ void TconfigDlg::SaveConfig() {
         const QListWidgetItem* item = ui->clbSourceTypes->item(i);
         FConfig.SetAdapterEnabled(item->text().toStdString(), item->checkState() == Qt::Checked);
     }
+    FConfig.Notifications = NotificationsFromPage();
     FConfig.Save();
 }
 

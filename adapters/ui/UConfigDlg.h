@@ -11,8 +11,10 @@
 #include <string>
 #include <vector>
 
+class ISoundPlayer;
 class TElidedPathEdit;
 class TNBConfig;
+struct TNotificationSettings;
 class TZNB_Adapter_List;
 class TZNB_Adapter_Obj;
 namespace Ui {
@@ -63,6 +65,17 @@ private:
     void btnConfigSourceClick();
     void BB_Adapter_StatusClick();
 
+    // The "Notifications" page (UConfigDlgNotifications.cpp): filled from the configuration when the
+    // dialog shows, read back into it by SaveConfig only.
+    void ConnectNotificationsPage();
+    void PopulateNotifications();
+    TNotificationSettings NotificationsFromPage() const;
+    void ShowSoundFile(); // the sound file of the severity cmbSoundSeverity shows
+    void BrowseSound();
+    void PlaySound(int Severity);
+    void TestNotification();
+    ISoundPlayer& SoundPlayer();
+
     // The text of the selected line; false when no line is selected.
     bool SelectedName(std::string& name) const;
     TZNB_Adapter_Obj* FindAdapter(const std::string& name) const;
@@ -75,4 +88,7 @@ private:
     TZNB_Adapter_List* FAdapters;
     TElidedPathEdit* FFolder; // keeps the full notice board folder; the edit shows it shortened
     bool FPopulating = false;
+    ISoundPlayer* FOwnPlayer = nullptr; // for "Play" and "Test" while no board lends its own (child)
+    // The sound files as edited, one per severity: the page's one file edit shows one of them.
+    std::vector<std::string> FSoundFiles = std::vector<std::string>(4);
 };

@@ -6,6 +6,7 @@
 #include "adapters/ZNB_Cfg.h"
 #include "adapters/ui/UConfigDlg.h"
 #include "core/Nb_utils.h"
+#include "core/ui/NoteActionProgress.h"
 #include "core/ui/NoticeBdDetailPanel.h"
 #include "core/ui/NoticeBdGrid.h"
 #include "reports/ui/Nb_xport2xls.h"
@@ -13,7 +14,9 @@
 #include "support/StrUtils.h"
 #include "support/ui/Znb_summary.h"
 #include "views/FilterApply.h"
+#include "views/ui/FilterComboCounts.h"
 #include "views/ui/NoticeBoardFilters.h"
+#include "views/ui/NoticeBoardViews.h"
 
 #include <QAction>
 #include <QApplication>
@@ -49,9 +52,6 @@ void TNoticeBdForm::SetupActions() {
     connect(ui->btnFilters, &QAbstractButton::clicked, this, &TNoticeBdForm::btnFiltersClick);
     connect(displays, &QAction::triggered, this, &TNoticeBdForm::btnViewsClick);
     connect(ui->btnViews, &QAbstractButton::clicked, this, &TNoticeBdForm::btnViewsClick);
-    // The display dialogs are not part of the window yet: their button and key stay off until they are.
-    displays->setEnabled(false);
-    ui->btnViews->setEnabled(false);
     connect(details, &QAction::triggered, this, &TNoticeBdForm::Act_Hide_DetailsExecute);
     connect(ui->btnDetails, &QAbstractButton::clicked, this, &TNoticeBdForm::Act_Hide_DetailsExecute);
     connect(configure, &QAction::triggered, this, &TNoticeBdForm::btnConfigClick);
@@ -127,10 +127,14 @@ void TNoticeBdForm::btnFiltersClick() {
     if (!FFilterLister) return;
     ::btnFiltersClick(this, FBoard.cdsNoticeBd(), *ui->cmbFilters, *FFilterLister,
                       [this] { cmbFiltersClick(); });
+    // The combo was refilled and filter files may have changed: count them again.
+    if (FFilterCounts) FFilterCounts->Reload();
 }
 
 void TNoticeBdForm::btnViewsClick() {
-    // Opens the display list once the display dialogs are part of the window.
+    if (!FDisplayLister) return;
+    ::btnViewsClick(this, FBoard.cdsNoticeBd(), *ui->cmbDisplays, *FDisplayLister,
+                    [this] { cmbDisplaysClick(); });
 }
 
 void TNoticeBdForm::btnConfigClick() {
@@ -140,6 +144,7 @@ void TNoticeBdForm::btnConfigClick() {
 void TNoticeBdForm::OpenConfigDialog() {
     if (!FFilterLister || !FDisplayLister) return;
     ShowConfigDialog(this, FStartup->Adapters(), FFilterLister->Items, FDisplayLister->Items);
+    ApplyNotificationSettings();
 }
 
 void TNoticeBdForm::Act_PrintExecute() {
@@ -165,7 +170,8 @@ void TNoticeBdForm::Act_SelectAllExecute() {
 
 void TNoticeBdForm::btnAckNoteClick() {
     try {
-        ::btnAckNoteClick(FBoard.cdsNoticeBd(), FGrid->SelectedKeys(), FStartup->Adapters(), this);
+        TNoteActionProgress progress(this, tr("Acknowledging notices..."));
+        ::btnAckNoteClick(FBoard.cdsNoticeBd(), FGrid->SelectedKeys(), FStartup->Adapters(), this, &progress);
     } catch (const std::exception& e) {
         LogException("btnAckNoteClick", e);
     }
@@ -173,7 +179,8 @@ void TNoticeBdForm::btnAckNoteClick() {
 
 void TNoticeBdForm::btnDelNoteClick() {
     try {
-        ::btnDelNoteClick(FBoard.cdsNoticeBd(), FGrid->SelectedKeys(), FStartup->Adapters(), this);
+        TNoteActionProgress progress(this, tr("Deleting notices..."));
+        ::btnDelNoteClick(FBoard.cdsNoticeBd(), FGrid->SelectedKeys(), FStartup->Adapters(), this, &progress);
     } catch (const std::exception& e) {
         LogException("btnDelNoteClick", e);
     }

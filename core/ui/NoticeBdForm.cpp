@@ -3,6 +3,7 @@
 #include "adapters/ZNB_Cfg.h"
 #include "adapters/Znb_log.h"
 #include "core/Znb_callback.h"
+#include "core/ui/BoardAlerts.h"
 #include "core/ui/NbIcons.h"
 #include "core/ui/NoticeBdDetailPanel.h"
 #include "core/ui/NoticeBdGrid.h"
@@ -50,6 +51,7 @@ TNoticeBdForm::TNoticeBdForm(QWidget* Owner)
     SetupListers();
     SetupToolBar();
     SetupActions();
+    SetupExtras();
     FBoard.SetTotalCount(0);
     FDetailPanel->DetailPanelResize();
 
@@ -74,6 +76,7 @@ TNoticeBdForm::~TNoticeBdForm() {
         SetHourglass(false);
     // The grid and the detail panel read the store, which goes before the widgets would.
     FExportSource.reset();
+    TearDownExtras();
     if (FDisplay) FDisplay->SetGrid(nullptr);
     delete FGrid;
     delete FDetailPanel;
@@ -167,7 +170,8 @@ void TNoticeBdForm::ReloadGrid() {
 }
 
 void TNoticeBdForm::SetStatusText(const std::string& Text) {
-    FStatusBar->SetPanelText(0, Text);
+    FStatusText = Text;
+    ShowStatusText();
 }
 
 void TNoticeBdForm::UpdateStatusBar() {

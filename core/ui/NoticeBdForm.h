@@ -28,6 +28,10 @@ class TNoticeBdDetailPanel;
 class TNoticeBdGrid;
 class TNoticeBdStatusBar;
 class TQtPrompt;
+class TQuickSearchBox;
+class TBoardAlerts;
+class TFilterComboCounts;
+class TSeverityBadges;
 class IExportSource;
 namespace Ui {
 class TNoticeBdForm;
@@ -69,6 +73,15 @@ private:
     void SetupToolBar();
     void SetupActions();
     void SetupListers();
+    // What the board adds for people who watch it all day (NoticeBdExtras.cpp): the quick search, the
+    // severity badges and the filters' live counts.
+    void SetupExtras();
+    // The first status panel: the board's text, then the quick search's "(N match)" while it narrows.
+    void ShowStatusText();
+    // The configuration dialog may have changed the Notifications page.
+    void ApplyNotificationSettings();
+    // Deletes what SetupExtras made that reads the store.
+    void TearDownExtras();
 
     void FormShow();
     void FormClose();
@@ -109,6 +122,13 @@ private:
     std::unique_ptr<TFIleLister> FDisplayLister;
     std::unique_ptr<TFIleLister> FFilterLister;
     std::unique_ptr<IExportSource> FExportSource;
+    TQuickSearchBox* FQuickSearch = nullptr;
+    // Both listen to the store: deleted with the grid, before the board goes (NoticeBdExtras.cpp).
+    TFilterComboCounts* FFilterCounts = nullptr;
+    TSeverityBadges* FBadges = nullptr;
+    std::string FStatusText;
+    // Listens to the board's store, so it is declared after FBoard and goes before it.
+    std::unique_ptr<TBoardAlerts> FAlerts;
     QTimer* Timer1 = nullptr;
     std::atomic<bool> FWakePending{false};
     int FHourglassDepth = 0;

@@ -2,6 +2,7 @@
 
 #include "core/ui/NoticeGridModel.h"
 #include "core/ui/NoticeGridSelection.h"
+#include "core/ui/NoticeRowEmphasis.h"
 
 #include <QPainter>
 
@@ -60,6 +61,8 @@ const TNoticeGridDelegate::TRowCache& TNoticeGridDelegate::RowState(int Row) con
     FCache.Heading = FModel.Info(Row).Heading;
     FCache.Record = FCache.Heading ? nullptr : FModel.Record(Row);
     FCache.Selected = FCache.Record && FSelection.Contains(FCache.Record->AsInteger(nf_nb_internal_key));
+    FCache.Emphasis =
+        FCache.Record && FEmphasis ? FEmphasis->RowEmphasis(FCache.Record->AsInteger(nf_nb_internal_key)) : 0;
     return FCache;
 }
 
@@ -87,12 +90,19 @@ void TNoticeGridDelegate::paint(QPainter* Painter, const QStyleOptionViewItem& O
     if (row.Heading) {
         Painter->fillRect(r, FColors.Heading); // the grid writes the heading across the row
     } else {
-        Painter->fillRect(r, row.Selected ? FColors.Highlight : RowBackground(Index.row()));
+        QColor back = row.Selected ? FColors.Highlight : RowBackground(Index.row());
+        if (row.Emphasis > 0 && !row.Selected)
+            back = EmphasisBackground(back, FColors.Highlight, row.Emphasis);
+        Painter->fillRect(r, back);
         if (row.Record) {
             const TNoticeField field = TNoticeField(Index.column());
             QString text = TNoticeGridModel::CellText(*row.Record, field);
             const int width = r.width() - 2 * TextMargin - (FColors.Lines ? 1 : 0);
-            if (!text.isEmpty() && width > 0) {
+            if (row.Emphasis > 0) {
+                DrawEmphasisedText(*Painter, QRect(r.left() + TextMargin, r.top(), width, r.height()), text,
+                                   Option.font, field == nf_note_count || field == nf_nb_internal_key,
+                                   row.Selected ? FColors.HighlightedText : FColors.Text);
+            } else if (!text.isEmpty() && width > 0) {
                 if (Option.font != FFont) {
                     FFont = Option.font;
                     FWidths.clear();

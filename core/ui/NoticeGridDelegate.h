@@ -23,6 +23,7 @@
 class TNoticeGridModel;
 class TKeySelection;
 class TNoticeRecord;
+class INoticeRowEmphasis;
 
 class TNoticeGridDelegate : public QAbstractItemDelegate {
     Q_OBJECT
@@ -49,6 +50,8 @@ public:
     QColor RowBackground(int Row) const;
     // The words to mark in the cells (letter case ignored); none by default.
     void SetMarkedWords(const QStringList& Words);
+    // Rows drawn emphasised (core/ui/NoticeRowEmphasis.h); not owned, null for none.
+    void SetEmphasis(const INoticeRowEmphasis* Emphasis) { FEmphasis = Emphasis; }
 
     void paint(QPainter* Painter, const QStyleOptionViewItem& Option,
                const QModelIndex& Index) const override;
@@ -60,6 +63,7 @@ private:
         const TNoticeRecord* Record = nullptr;
         bool Heading = false;
         bool Selected = false;
+        double Emphasis = 0;
     };
     const TRowCache& RowState(int Row) const;
     // The width of a text in the cells' font, and its layout, from the caches.
@@ -72,6 +76,7 @@ private:
     const TKeySelection& FSelection;
     TColors FColors;
     QStringList FMarked;
+    const INoticeRowEmphasis* FEmphasis = nullptr;
     mutable TRowCache FCache; // the table paints row by row, cell by cell
     mutable QFont FFont;      // the font the text caches hold
     mutable QHash<QString, int> FWidths;

@@ -10,7 +10,8 @@ TQuickSearchBox::TQuickSearchBox(QWidget* Parent) : QLineEdit(Parent) {
     setPlaceholderText(tr("Find notices (Ctrl+F)"));
     setToolTip(tr("Show only the notices whose texts contain all the words typed (Esc clears)"));
     setClearButtonEnabled(true);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 24);
+    // About 24 characters when there is room; a narrow board squeezes it to about 12.
+    setMinimumWidth(fontMetrics().averageCharWidth() * 12);
     setMaximumWidth(fontMetrics().averageCharWidth() * 48);
     connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
         if (!FGrid) return;

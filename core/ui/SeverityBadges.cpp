@@ -29,7 +29,7 @@ struct TSeverityBadges::TListener final : INoticeStoreListener {
 TSeverityBadges::TSeverityBadges(TNoticeStore& Store, QWidget* Parent)
     : QWidget(Parent), FStore(Store), FCounts(Store), FListener(std::make_unique<TListener>(*this)) {
     setObjectName(QStringLiteral("SeverityBadges"));
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
     FStore.AddListener(FListener.get());
 }
 
@@ -44,19 +44,28 @@ void TSeverityBadges::CountsChanged() {
     update();
 }
 
-QStringList TSeverityBadges::BadgeTexts() const {
+QStringList TSeverityBadges::BadgeTexts(bool Compact) const {
     QStringList texts;
     for (int s = 4; s >= 1; --s)
-        texts << QStringLiteral("%1 %2").arg(SeverityName(s)).arg(FCounts.Count(s));
+        texts << (Compact ? QString::number(FCounts.Count(s))
+                          : QStringLiteral("%1 %2").arg(SeverityName(s)).arg(FCounts.Count(s)));
     return texts;
 }
 
-QSize TSeverityBadges::sizeHint() const {
+int TSeverityBadges::WidthOf(const QStringList& Texts) const {
     const QFontMetrics fm = fontMetrics();
     int width = 0;
-    for (const QString& text : BadgeTexts())
+    for (const QString& text : Texts)
         width += fm.horizontalAdvance(text) + 2 * Padding + Gap;
-    return QSize(width, fm.height() + 4);
+    return width;
+}
+
+QSize TSeverityBadges::sizeHint() const {
+    return QSize(WidthOf(BadgeTexts()), fontMetrics().height() + 4);
+}
+
+QSize TSeverityBadges::minimumSizeHint() const {
+    return QSize(WidthOf(BadgeTexts(true)), fontMetrics().height() + 4);
 }
 
 void TSeverityBadges::paintEvent(QPaintEvent*) {
@@ -67,7 +76,8 @@ void TSeverityBadges::paintEvent(QPaintEvent*) {
     const int top = (height() - h) / 2;
     int x = 0;
     int severity = 4;
-    for (const QString& text : BadgeTexts()) {
+    const bool compact = width() < WidthOf(BadgeTexts());
+    for (const QString& text : BadgeTexts(compact)) {
         const QRect badge(x, top, fm.horizontalAdvance(text) + 2 * Padding, h);
         const bool none = FCounts.Count(severity) == 0;
         QColor fill = SeverityColor(severity);
@@ -87,7 +97,9 @@ bool TSeverityBadges::event(QEvent* Event) {
     if (Event->type() == QEvent::ToolTip) {
         const auto* help = static_cast<QHelpEvent*>(Event);
         QToolTip::showText(help->globalPos(),
-                           tr("Notices by severity, whatever the filter: %1 in all").arg(FCounts.Total()),
+                           tr("Notices by severity, whatever the filter: %1 in all\n%2")
+                               .arg(FCounts.Total())
+                               .arg(BadgeTexts().join(QStringLiteral(", "))),
                            this);
         return true;
     }

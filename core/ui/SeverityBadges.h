@@ -19,11 +19,12 @@ public:
     ~TSeverityBadges() override;
 
     const TSeverityCounts& Counts() const { return FCounts; }
-    // The badge texts, most severe first ("Critical 12").
-    QStringList BadgeTexts() const;
+    // The badge texts, most severe first ("Critical 12"; "12" when Compact: the colour names it).
+    QStringList BadgeTexts(bool Compact = false) const;
 
+    // With names; a narrow window squeezes the badges to their counts (minimumSizeHint).
     QSize sizeHint() const override;
-    QSize minimumSizeHint() const override { return sizeHint(); }
+    QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* Event) override;
@@ -32,6 +33,7 @@ protected:
 private:
     struct TListener;
     void CountsChanged();
+    int WidthOf(const QStringList& Texts) const;
 
     TNoticeStore& FStore;
     TSeverityCounts FCounts;

@@ -33,7 +33,7 @@ public:
     void SetFolder(const std::string& Folder);
 
     // "Name (N)", or the plain name while it has no count.
-    QString DecoratedText(int Index) const;
+    Q_INVOKABLE QString DecoratedText(int Index) const;
     const TFilterCounts& Counts() const { return FCounts; }
     // Finishes the first counts at once (tests, tools).
     void CountNow();
