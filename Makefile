@@ -3,8 +3,11 @@ BUILD_DIR ?= build
 BUILD_TYPE ?= RelWithDebInfo
 GENERATOR := $(shell command -v ninja >/dev/null 2>&1 && echo "-G Ninja")
 JOBS ?= $(shell nproc 2>/dev/null || echo 2)
+# `make fuzz`: seconds per fuzz target, and the targets (all of tests/fuzz/ when empty).
+FUZZ_SECONDS ?= 60
+FUZZ_TARGETS ?=
 
-.PHONY: all deps configure build test run run-engine bench package format clean
+.PHONY: all deps configure build test run run-engine bench package format clean fuzz test-asan test-tsan
 
 all: build
 
@@ -33,6 +36,16 @@ run-engine: build
 bench: build
 	./scripts/run-bench $(BUILD_DIR)
 
+# Instrumented builds, each in a folder of its own (see tests/fuzz/README.md and tests/sanitizers/).
+fuzz: deps
+	JOBS=$(JOBS) ./scripts/run-fuzz build-fuzz $(FUZZ_SECONDS) $(FUZZ_TARGETS)
+
+test-asan: deps
+	JOBS=$(JOBS) ./scripts/run-sanitized asan build-asan
+
+test-tsan: deps
+	JOBS=$(JOBS) ./scripts/run-sanitized tsan build-tsan
+
 # The Debian package build/noticeboard_<version>_<arch>.deb (install: sudo apt-get install ./build/noticeboard_*.deb).
 package: build
 	cd $(BUILD_DIR) && cpack -G DEB
@@ -41,4 +54,4 @@ format:
 	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i
 
 clean:
-	rm -rf $(BUILD_DIR)
+	rm -rf $(BUILD_DIR) build-fuzz build-asan build-tsan

@@ -18,6 +18,9 @@ std::thread::id BoardThread;
 
 std::mutex QueueLock;
 std::deque<std::string> Queue;
+// The log of the last board installed. An adapter thread that calls after the board has gone logs there:
+// by then the configuration may be gone as well, and only the board's thread may read it.
+std::string LogName;
 // Held while the wake function runs, so that replacing it waits for a call in progress.
 std::mutex WakeLock;
 std::function<void()> Wake;
@@ -51,6 +54,9 @@ void SetNoticeBoard(TNoticeBoard* Board) {
     std::lock_guard<std::mutex> lock(QueueLock);
     TheBoard = Board;
     BoardThread = std::this_thread::get_id();
+    // Taken on the board's thread, at installation and removal, from the configuration as it is then.
+    std::string name = NBLogFileName();
+    if (!name.empty()) LogName = std::move(name);
     if (!Board) Queue.clear();
 }
 
@@ -88,7 +94,12 @@ int32_t PendingNoticeCount() {
 extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText, intptr_t) {
     try {
         if (!XMLText || !*XMLText) {
-            ZS_Log(NBLogFileName(), "Process NoticeBoard :  Status =Access violation: no message text");
+            std::string logName;
+            {
+                std::lock_guard<std::mutex> lock(QueueLock);
+                logName = std::this_thread::get_id() == BoardThread ? NBLogFileName() : LogName;
+            }
+            ZS_Log(logName, "Process NoticeBoard :  Status =Access violation: no message text");
             return ZNB_NOTICE_FAILED;
         }
         // Only a queued message is copied: on the board's thread the adapter's text is applied in place,
@@ -96,12 +107,15 @@ extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText,
         const std::string_view text(*XMLText);
         bool queued = false;
         bool boardThread = false;
+        std::string logName;
         {
             std::lock_guard<std::mutex> lock(QueueLock);
             boardThread = std::this_thread::get_id() == BoardThread;
             if (TheBoard && !boardThread) {
                 Queue.emplace_back(text);
                 queued = true;
+            } else if (!boardThread) {
+                logName = LogName;
             }
         }
         if (queued) {
@@ -111,7 +125,7 @@ extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t, const char* const* XMLText,
         }
         if (!boardThread) {
             // No board to queue for: this thread must not reach for one that may be installed meanwhile.
-            ZS_Log(NBLogFileName(),
+            ZS_Log(logName,
                    "Process NoticeBoard :  Status =Access violation: no notice board" + std::string(text));
             return ZNB_NOTICE_FAILED;
         }

@@ -8,7 +8,8 @@
 // board's thread ever enters the board.
 // Failures: never throws. A message that fails is logged ("Process NoticeBoard :  Status =" + error + whole
 // text) and the call returns 53244; this covers a null text pointer and a call with no board installed
-// (from any thread).
+// (from any thread). A call from another thread after the board has gone logs to the log the board used
+// (taken when the board was installed or removed), since the configuration may be gone by then.
 #pragma once
 
 #include "sdk/znb_adapter.h"

@@ -63,7 +63,8 @@ public:
 
     void Write(const void* Data, size_t Size) {
         if (Size <= Capacity - FUsed) {
-            std::memcpy(FBuffer.get() + FUsed, Data, Size);
+            // An empty field's view may have no address at all, which memcpy must not be given.
+            if (Size != 0) std::memcpy(FBuffer.get() + FUsed, Data, Size);
             FUsed += Size;
         } else {
             WriteSlow(Data, Size);

@@ -8,6 +8,17 @@
 
 namespace {
 
+// Under AddressSanitizer a recycled block would hide a node used after it was freed: nothing is pooled.
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define NB_ADDRESS_SANITIZER 1
+#endif
+#endif
+#if defined(__SANITIZE_ADDRESS__) || defined(NB_ADDRESS_SANITIZER)
+constexpr bool PoolBlocks = false;
+#else
+constexpr bool PoolBlocks = true;
+#endif
 constexpr size_t MaxPooledBlocks = 4096;
 
 struct TFreeBlock {
@@ -47,7 +58,7 @@ void* TXMLNode::operator new(size_t Size) {
 
 void TXMLNode::operator delete(void* Block, size_t Size) noexcept {
     if (!Block) return;
-    if (Size == sizeof(TXMLNode) && !PoolGone && Pool.Count < MaxPooledBlocks) {
+    if (PoolBlocks && Size == sizeof(TXMLNode) && !PoolGone && Pool.Count < MaxPooledBlocks) {
         auto* free = static_cast<TFreeBlock*>(Block);
         free->Next = Pool.Head;
         Pool.Head = free;

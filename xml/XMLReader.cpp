@@ -12,7 +12,6 @@ namespace {
 
 constexpr TCharSet NameStops(" />");
 constexpr TCharSet EqualsStop("=");
-constexpr TCharSet QuoteStop("\"");
 constexpr TCharSet GreaterStop(">");
 constexpr TCharSet OpenBracketStop("[");
 constexpr TCharSet CloseBracketStop("]");

@@ -7,10 +7,13 @@
 // The first disconnect after a connect records the value of the board's start-up mutex, so a board that
 // closed the mutex before disconnecting its adapters is caught.
 // Compile-time switches turn it into the faulty variants the loader, the start-up and the configuration
-// dialog must cope with.
+// dialog must cope with (one throws from every entry point, one returns codes and states outside the
+// contract).
 #include "znb_adapter.h"
 
 #include <algorithm>
+#include <atomic>
+#include <climits>
 #include <mutex>
 #include <semaphore.h>
 #include <stdexcept>
@@ -41,6 +44,20 @@ void MaybeThrow(const char* entry) {
 #endif
 }
 
+// What an entry point returns: its normal result, or in the garbage variant a code no adapter should
+// return, a different one at every call.
+int32_t Code(int32_t normal) {
+#ifdef ZNBA_TEST_GARBAGE
+    static const int32_t codes[] = {
+        INT32_MIN, -1, INT32_MAX, ZNA_ERR_NOTICE_FAILED, ZNA_ERR_GET_INFO_MISSING, 12345, -40003};
+    static std::atomic<size_t> next{0};
+    (void)normal;
+    return codes[next++ % (sizeof codes / sizeof codes[0])];
+#else
+    return normal;
+#endif
+}
+
 } // namespace
 
 extern "C" {
@@ -48,7 +65,8 @@ extern "C" {
 #ifndef ZNBA_TEST_OMIT_GET_INFO
 ZNA_EXPORT int32_t ZNA_CALL ZNA_Get_Info(void) {
     Record("Get_Info");
-    return ZNA_OK;
+    MaybeThrow("ZNA_Get_Info");
+    return Code(ZNA_OK);
 }
 #endif
 
@@ -62,7 +80,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Set_Config(intptr_t owner_window, const char* ad
 #ifdef ZNBA_TEST_SET_CONFIG_RESULT
     return ZNBA_TEST_SET_CONFIG_RESULT;
 #else
-    return ZNA_OK;
+    return Code(ZNA_OK);
 #endif
 }
 #endif
@@ -78,7 +96,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Connect(const char* folder, int32_t folder_size,
 #ifdef ZNBA_TEST_CONNECT_RESULT
     return ZNBA_TEST_CONNECT_RESULT;
 #else
-    return ZNA_OK;
+    return Code(ZNA_OK);
 #endif
 }
 
@@ -99,7 +117,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Disconnect(void) {
 #ifdef ZNBA_TEST_DISCONNECT_RESULT
     return ZNBA_TEST_DISCONNECT_RESULT;
 #else
-    return ZNA_OK;
+    return Code(ZNA_OK);
 #endif
 }
 
@@ -113,6 +131,14 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Status(int32_t* state, char* info, int32_t* info
     static int32_t calls = 0;
     *state = 77;
     return 12345 + calls++;
+#elif defined(ZNBA_TEST_GARBAGE)
+    // States outside 0..2 with a success code, then with garbage codes; the size is scribbled over.
+    static const int32_t states[] = {INT32_MIN, -7, 3, INT32_MAX};
+    static std::atomic<size_t> calls{0};
+    const size_t call = calls++;
+    *state = states[call % 4];
+    if (info_size) *info_size = -123;
+    return call % 2 ? Code(ZNA_OK) : ZNA_OK;
 #elif defined(ZNBA_TEST_STATUS_OVERFLOW)
     // Every byte of the buffer used and no NUL written, and a size claimed that is twice the buffer's.
     *state = gState;
@@ -139,7 +165,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Acknowledge_Note(const char* adpt_id, int32_t ad
                                                  int32_t code_size) {
     Record("Acknowledge_Note " + Text(adpt_id, adpt_id_size) + " " + Text(code, code_size));
     MaybeThrow("ZNA_Acknowledge_Note");
-    return ZNA_OK;
+    return Code(ZNA_OK);
 }
 
 #ifndef ZNBA_TEST_OMIT_DELETE
@@ -147,7 +173,7 @@ ZNA_EXPORT int32_t ZNA_CALL ZNA_Delete_Note(const char* adpt_id, int32_t adpt_id
                                             int32_t code_size) {
     Record("Delete_Note " + Text(adpt_id, adpt_id_size) + " " + Text(code, code_size));
     MaybeThrow("ZNA_Delete_Note");
-    return ZNA_OK;
+    return Code(ZNA_OK);
 }
 #endif
 
