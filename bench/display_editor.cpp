@@ -11,7 +11,7 @@
 //    preview grid sorted for itself, which is what the editor cost before copies shared the store.
 // Thread CPU time (the machine is shared); the heap in use (mallinfo2) added while the editor is open.
 // Goal: opening the editor costs under 100 ms and under 20 MB.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 #include "StoreDeepCopy.h"
 
 #include "adapters/ZNB_Cfg.h"
@@ -42,12 +42,6 @@ struct TBoard {
     std::unique_ptr<TNoticeBdGrid> Grid;
     TDisplay Display;
 };
-
-double ThreadSeconds() {
-    timespec ts;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-    return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
-}
 
 size_t HeapInUse() {
     malloc_trim(0);

@@ -6,7 +6,7 @@
 //    untimed, so the board keeps its size.
 // The reference, in the same run, is what recounting the ten filters after every message would cost: the
 // first count again.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "core/TNoticeBoard.h"
 #include "core/TSeverityCounts.h"
@@ -41,28 +41,7 @@ const std::vector<std::string> Texts = {
     "note_pvo_node = 'PVONODE3'"};
 
 TNoticeBoard& Board() {
-    static std::unique_ptr<TNoticeBoard> board;
-    if (!board) {
-        board = std::make_unique<TNoticeBoard>();
-        SetNoticeBoard(board.get());
-        for (int64_t first = 0; first < Rows; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, 1000);
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
-    }
-    return *board;
-}
-
-void Send(const std::string& xml) {
-    const char* text = xml.c_str();
-    NoticeCallback(0, &text, 0);
-}
-
-double ThreadSeconds() {
-    timespec ts;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-    return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
+    return SampleBoard(Rows);
 }
 
 void BM_FirstCount_TenFilters(benchmark::State& state) {
@@ -119,9 +98,9 @@ void Message(benchmark::State& state, bool Counted) {
     size_t i = 0;
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
-        Send(posts[i % posts.size()]);
+        SendToBoard(posts[i % posts.size()]);
         state.SetIterationTime(ThreadSeconds() - t0);
-        Send(undos[i % undos.size()]);
+        SendToBoard(undos[i % undos.size()]);
         ++i;
     }
     if (counts) state.counters["critical"] = counts->Count(size_t(0));

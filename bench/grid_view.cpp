@@ -7,7 +7,7 @@
 // The reference, measured in the same run, is std::stable_sort of the row slots with the plain row
 // comparison: what re-sorting the grid after each message would cost. "Board" is the message with no view
 // attached, so View - Board is what the view adds to a message.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "core/TNoticeBoard.h"
 #include "core/TNoticeGridView.h"
@@ -26,34 +26,12 @@
 
 namespace {
 
-// One board per size, filled once for the whole run.
-TNoticeBoard& BoardWith(int64_t rows) {
-    static std::map<int64_t, std::unique_ptr<TNoticeBoard>> boards;
-    auto& board = boards[rows];
-    if (!board) {
-        board = std::make_unique<TNoticeBoard>();
-        SetNoticeBoard(board.get());
-        for (int64_t first = 0; first < rows; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, int(std::min<int64_t>(1000, rows - first)));
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
-    }
-    SetNoticeBoard(board.get());
-    return *board;
-}
-
-void Send(const std::string& xml) {
-    const char* text = xml.c_str();
-    NoticeCallback(0, &text, 0);
-}
-
 const std::vector<TSortColumn> BySummary = {{nf_note_summary, false}};
 const std::vector<TSortColumn> BySeverity = {{nf_note_severity, false}};
 
 // Full sorts: each iteration sorts the other way round, so that every SetOrder really sorts.
 void SetOrder(benchmark::State& state, TNoticeField field) {
-    TNoticeBoard& board = BoardWith(state.range(0));
+    TNoticeBoard& board = SampleBoard(state.range(0));
     TNoticeGridView view(board.cdsNoticeBd());
     bool descending = false;
     for (auto _ : state) {
@@ -65,7 +43,7 @@ void SetOrder(benchmark::State& state, TNoticeField field) {
 }
 
 void StableSortReference(benchmark::State& state, const std::vector<TSortColumn>& columns) {
-    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    TNoticeStore& store = SampleBoard(state.range(0)).cdsNoticeBd();
     std::vector<int32_t> slots;
     for (auto _ : state) {
         state.PauseTiming();
@@ -131,15 +109,10 @@ enum class TMode { Board, View, FilteredView, Resort };
 
 // The timed part of a message is measured in the thread's CPU time: the machine is shared, and a message
 // is short enough for other processes' bursts to swamp its wall time.
-double ThreadSeconds() {
-    timespec ts;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-    return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
-}
 
 void Message(benchmark::State& state, TMode mode) {
     const int64_t rows = state.range(0);
-    TNoticeBoard& board = BoardWith(rows);
+    TNoticeBoard& board = SampleBoard(rows);
     TNoticeStore& store = board.cdsNoticeBd();
     if (mode == TMode::FilteredView) {
         store.SetFilterText("note_severity >= 2");
@@ -156,7 +129,7 @@ void Message(benchmark::State& state, TMode mode) {
     size_t i = 0;
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
-        Send(messages.Post[i % messages.Post.size()]);
+        SendToBoard(messages.Post[i % messages.Post.size()]);
         if (view) benchmark::DoNotOptimize(view->KeyAt(0)); // the grid reads the view after a message
         if (mode == TMode::Resort) {
             slots.clear();
@@ -167,7 +140,7 @@ void Message(benchmark::State& state, TMode mode) {
             });
         }
         state.SetIterationTime(ThreadSeconds() - t0);
-        Send(messages.Undo[i % messages.Undo.size()]);
+        SendToBoard(messages.Undo[i % messages.Undo.size()]);
         ++i;
     }
     state.counters["rows"] = double(store.TotalCount());
@@ -195,7 +168,7 @@ void BM_Message_StableSortReference(benchmark::State& state) {
 // The same ten row changes made straight on the store, without parsing: the view's own share of a
 // message, apart from the XML work that makes the message timings noisy.
 void RowChanges(benchmark::State& state, bool withView) {
-    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    TNoticeStore& store = SampleBoard(state.range(0)).cdsNoticeBd();
     std::unique_ptr<TNoticeGridView> view;
     if (withView) {
         view = std::make_unique<TNoticeGridView>(store);
@@ -242,7 +215,7 @@ size_t HeapInUse() {
 // Heap bytes the view holds per row: freshly sorted by severity (leaves 7/8 full), then after a million
 // updates of random rows' severity (leaves that split are half full until they fill again).
 void BM_ViewMemoryPerRow(benchmark::State& state) {
-    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    TNoticeStore& store = SampleBoard(state.range(0)).cdsNoticeBd();
     for (auto _ : state) {
         const size_t before = HeapInUse();
         auto view = std::make_unique<TNoticeGridView>(store);

@@ -14,7 +14,7 @@
 //  (e) the heap the grid (or the reference) adds beyond the store, per row;
 // and selecting every row (Ctrl+A) of a million.
 // Times are the thread's CPU time (the machine is shared); (e) is measured with mallinfo2.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "core/TNoticeBoard.h"
 #include "core/Znb_callback.h"
@@ -41,33 +41,6 @@
 namespace {
 
 constexpr int Width = 1200, Height = 800;
-
-TNoticeBoard& BoardWith(int64_t rows) {
-    static std::map<int64_t, std::unique_ptr<TNoticeBoard>> boards;
-    auto& board = boards[rows];
-    if (!board) {
-        board = std::make_unique<TNoticeBoard>();
-        SetNoticeBoard(board.get());
-        for (int64_t first = 0; first < rows; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, int(std::min<int64_t>(1000, rows - first)));
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
-    }
-    SetNoticeBoard(board.get());
-    return *board;
-}
-
-void Send(const std::string& xml) {
-    const char* text = xml.c_str();
-    NoticeCallback(0, &text, 0);
-}
-
-double ThreadSeconds() {
-    timespec ts;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-    return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
-}
 
 // Shows a widget and waits until its window is exposed: before that, repaint() paints nothing.
 void ShowExposed(QWidget& widget) {
@@ -192,7 +165,7 @@ const TNoticeRecord& RowOfKey(TNoticeStore& store, int32_t key) {
 // ---- (a) load and paint the first screen ----
 
 void BM_Load_Ours(benchmark::State& state) {
-    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    TNoticeStore& store = SampleBoard(state.range(0)).cdsNoticeBd();
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
         auto ours = std::make_unique<TOurs>(store);
@@ -202,7 +175,7 @@ void BM_Load_Ours(benchmark::State& state) {
 }
 
 void BM_Load_Reference(benchmark::State& state) {
-    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    TNoticeStore& store = SampleBoard(state.range(0)).cdsNoticeBd();
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
         auto reference = std::make_unique<TReference>(store);
@@ -251,7 +224,7 @@ TMessages MakeMessages(int64_t rows, int count) {
 }
 
 void Message_Ours(benchmark::State& state, bool repaint) {
-    TNoticeBoard& board = BoardWith(state.range(0));
+    TNoticeBoard& board = SampleBoard(state.range(0));
     TOurs ours(board.cdsNoticeBd());
     ours.Grid.verticalScrollBar()->setValue(ours.Grid.verticalScrollBar()->maximum() / 2);
     ours.Grid.viewport()->repaint();
@@ -259,11 +232,11 @@ void Message_Ours(benchmark::State& state, bool repaint) {
     size_t i = 0;
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
-        Send(messages.Post[i % messages.Post.size()]);
+        SendToBoard(messages.Post[i % messages.Post.size()]);
         ours.Grid.RefreshNow(); // what the grid's timer does, layout included
         if (repaint) ours.Grid.viewport()->repaint();
         state.SetIterationTime(ThreadSeconds() - t0);
-        Send(messages.Undo[i % messages.Undo.size()]);
+        SendToBoard(messages.Undo[i % messages.Undo.size()]);
         ours.Grid.RefreshNow();
         ++i;
     }
@@ -271,7 +244,7 @@ void Message_Ours(benchmark::State& state, bool repaint) {
 }
 
 void Message_Reference(benchmark::State& state, bool repaint) {
-    TNoticeBoard& board = BoardWith(state.range(0));
+    TNoticeBoard& board = SampleBoard(state.range(0));
     TNoticeStore& store = board.cdsNoticeBd();
     TReference reference(store);
     reference.View.verticalScrollBar()->setValue(reference.View.verticalScrollBar()->maximum() / 2);
@@ -282,7 +255,7 @@ void Message_Reference(benchmark::State& state, bool repaint) {
     for (auto _ : state) {
         const size_t m = i % messages.Post.size();
         const double t0 = ThreadSeconds();
-        Send(messages.Post[m]);
+        SendToBoard(messages.Post[m]);
         added.clear();
         for (const std::string& key : messages.NewKeys[m]) {
             added.push_back(KeyOfOrig(store, key));
@@ -293,7 +266,7 @@ void Message_Reference(benchmark::State& state, bool repaint) {
         reference.View.doItemsLayout(); // what the view's delayed layout would do next
         if (repaint) reference.View.viewport()->repaint();
         state.SetIterationTime(ThreadSeconds() - t0);
-        Send(messages.Undo[m]);
+        SendToBoard(messages.Undo[m]);
         for (const int32_t key : added)
             reference.Remove(key);
         reference.View.doItemsLayout();
@@ -318,7 +291,7 @@ void BM_Message_Reference_Repaint(benchmark::State& state) {
 // ---- (c) sorting ----
 
 void Sort_Ours(benchmark::State& state, TNoticeField field) {
-    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    TOurs ours(SampleBoard(state.range(0)).cdsNoticeBd());
     bool descending = false;
     for (auto _ : state) {
         descending = !descending;
@@ -330,7 +303,7 @@ void Sort_Ours(benchmark::State& state, TNoticeField field) {
 }
 
 void Sort_Reference(benchmark::State& state, TNoticeField field) {
-    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    TReference reference(SampleBoard(state.range(0)).cdsNoticeBd());
     bool descending = false;
     for (auto _ : state) {
         descending = !descending;
@@ -382,28 +355,28 @@ template <typename T> void PageDown(benchmark::State& state, T& widget, QTableVi
 }
 
 void BM_PageDown_Ours(benchmark::State& state) {
-    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    TOurs ours(SampleBoard(state.range(0)).cdsNoticeBd());
     PageDown(state, ours, ours.Grid);
 }
 
 void BM_PageDown_Reference(benchmark::State& state) {
-    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    TReference reference(SampleBoard(state.range(0)).cdsNoticeBd());
     PageDown(state, reference, reference.View);
 }
 
 void BM_Page_Ours(benchmark::State& state) {
-    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    TOurs ours(SampleBoard(state.range(0)).cdsNoticeBd());
     PaintPage(state, ours, ours.Grid);
 }
 
 void BM_Page_Reference(benchmark::State& state) {
-    TReference reference(BoardWith(state.range(0)).cdsNoticeBd());
+    TReference reference(SampleBoard(state.range(0)).cdsNoticeBd());
     PaintPage(state, reference, reference.View);
 }
 
 // Ctrl+A on every row, and a click that clears it again (untimed).
 void BM_SelectAll_Ours(benchmark::State& state) {
-    TOurs ours(BoardWith(state.range(0)).cdsNoticeBd());
+    TOurs ours(SampleBoard(state.range(0)).cdsNoticeBd());
     for (auto _ : state) {
         const double t0 = ThreadSeconds();
         ours.Grid.selectAll();
@@ -417,7 +390,7 @@ void BM_SelectAll_Ours(benchmark::State& state) {
 // ---- (e) memory ----
 
 template <typename T> void Memory(benchmark::State& state) {
-    TNoticeStore& store = BoardWith(state.range(0)).cdsNoticeBd();
+    TNoticeStore& store = SampleBoard(state.range(0)).cdsNoticeBd();
     const double rows = double(store.RecordCount());
     for (auto _ : state) {
         // What the view alone holds, sorted by severity, for comparison.

@@ -1,6 +1,6 @@
 // Notice ingestion through the board's notice callback (parse + apply + counters), with 10 000 and with
 // 1 000 000 notices already stored, against libxml2 parsing the same texts (xmlReadMemory + xmlFreeDoc).
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "core/TNoticeBoard.h"
 #include "core/Znb_callback.h"
@@ -17,21 +17,6 @@
 namespace {
 
 // One board per pre-filled size, kept for the whole run (filling a million rows once is enough).
-TNoticeBoard& BoardWith(int64_t stored) {
-    static std::map<int64_t, std::unique_ptr<TNoticeBoard>> boards;
-    auto& board = boards[stored];
-    if (!board) {
-        board = std::make_unique<TNoticeBoard>();
-        SetNoticeBoard(board.get());
-        for (int64_t first = 0; first < stored; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, 1000);
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
-    }
-    SetNoticeBoard(board.get());
-    return *board;
-}
 
 // Fresh keys for every message, made before timing starts.
 std::vector<std::string> Messages(const std::string& prefix, int count, int perMessage) {
@@ -44,7 +29,7 @@ std::vector<std::string> Messages(const std::string& prefix, int count, int perM
 
 void Ingest(benchmark::State& state, int perMessage, int messages) {
     static int run = 0;
-    TNoticeBoard& board = BoardWith(state.range(0));
+    TNoticeBoard& board = SampleBoard(state.range(0));
     const std::vector<std::string> texts = Messages("run" + std::to_string(++run), messages, perMessage);
     size_t i = 0;
     int64_t failed = 0;

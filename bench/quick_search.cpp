@@ -8,7 +8,7 @@
 //  - the same with the note text shown too (about 300 more bytes a row).
 // The answer is SetText plus the grid's next read of the view (its row count). The reference, measured in
 // the same run, is the naive scan: every row's shown texts formatted, folded and searched per keystroke.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "core/TNoticeBoard.h"
 #include "core/TNoticeGridView.h"
@@ -29,17 +29,7 @@ const std::vector<TNoticeField> Shown = {nf_adpt_source_id, nf_note_summary, nf_
                                          nf_note_count, nf_note_severity};
 
 TNoticeBoard& Board() {
-    static std::unique_ptr<TNoticeBoard> board;
-    if (!board) {
-        board = std::make_unique<TNoticeBoard>();
-        SetNoticeBoard(board.get());
-        for (int64_t first = 0; first < Rows; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, 1000);
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
-    }
-    return *board;
+    return SampleBoard(Rows);
 }
 
 struct TSetup {

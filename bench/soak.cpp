@@ -15,7 +15,7 @@
 // Duration: NB_SOAK_SECONDS or --soak_seconds=N (default 600); "the first minute" is a tenth of a shorter
 // run. A line per minute (per tenth) goes to stderr while it runs, and one for every new longest busy
 // spell of the event loop above 100 ms.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "core/TNoticeBoard.h"
 #include "core/Znb_callback.h"
@@ -112,11 +112,6 @@ std::unique_ptr<TNoticeBoard> FilledBoard() {
     return board;
 }
 
-void Send(const std::string& xml) {
-    const char* text = xml.c_str();
-    NoticeCallback(0, &text, 0);
-}
-
 // ---- The reference: the store alone ----
 
 void BM_Soak_StoreOnly(benchmark::State& state) {
@@ -129,7 +124,7 @@ void BM_Soak_StoreOnly(benchmark::State& state) {
         const auto until = start + std::chrono::duration<double>(SoakSeconds / 10);
         while (std::chrono::steady_clock::now() < until) {
             for (int i = 0; i < 100; ++i)
-                Send(churn.NextMessage());
+                SendToBoard(churn.NextMessage());
             messages += 100;
         }
         state.SetIterationTime(
@@ -193,7 +188,7 @@ void BM_Soak_Grid(benchmark::State& state) {
                     std::this_thread::sleep_for(std::chrono::microseconds(200));
                     continue;
                 }
-                Send(churn.NextMessage());
+                SendToBoard(churn.NextMessage());
             }
         });
 

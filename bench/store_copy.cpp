@@ -10,7 +10,7 @@
 //    random notices and 3 deletions) while a preview is open, against the same changes with none.
 // Memory: the heap bytes in use (mallinfo2) and the resident set (/proc/self/statm) before and after.
 // Goal: opening either editor takes under 100 ms and under 20 MB.
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 #include "StoreDeepCopy.h"
 
 #include "core/FilterExpression.h"
@@ -80,11 +80,6 @@ struct TMemory {
 
 // Timed parts are measured in the thread's CPU time (page faults included): the machine is shared, and
 // other processes' bursts would swamp wall time.
-double ThreadSeconds() {
-    timespec ts;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-    return double(ts.tv_sec) + double(ts.tv_nsec) * 1e-9;
-}
 
 void Open(benchmark::State& state, bool preview, bool deep) {
     TBoard& b = Board();
