@@ -43,6 +43,25 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
     uint64_t Revision = 1;
     uint64_t Rebuilds = 0;
 
+    // The order to apply, a field named twice counting at its first place; false when it stands.
+    bool SetColumns(const std::vector<TSortColumn>& groupColumns, const std::vector<TSortColumn>& sortColumns) {
+        std::vector<TSortColumn> groups, sorts;
+        const auto named = [&](TNoticeField f) {
+            const auto same = [f](const TSortColumn& c) { return c.Field == f; };
+            return std::any_of(groups.begin(), groups.end(), same) ||
+                   std::any_of(sorts.begin(), sorts.end(), same);
+        };
+        for (const TSortColumn& c : groupColumns)
+            if (!named(c.Field)) groups.push_back(c);
+        for (const TSortColumn& c : sortColumns)
+            if (!named(c.Field)) sorts.push_back(c);
+        if (groups == Groups && sorts == Sorts) return false;
+        Groups = std::move(groups);
+        Sorts = std::move(sorts);
+        Columns = Groups;
+        Columns.insert(Columns.end(), Sorts.begin(), Sorts.end());
+        return true;
+    }
     void KeyTree(TTree& tree) {
         tree.SetOrderKey([this](int32_t slot) { return OrderKeyOf(Row(slot), Columns); });
     }
@@ -250,15 +269,19 @@ TNoticeGridView::TNoticeGridView(TNoticeStore& Store) : FStore(Store), FImpl(std
 }
 
 TNoticeGridView::TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& OrderOf)
+    : TNoticeGridView(Store, OrderOf, OrderOf.GroupColumns(), OrderOf.SortColumns()) {
+}
+
+TNoticeGridView::TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& RowsOf,
+                                 std::vector<TSortColumn> GroupColumns, std::vector<TSortColumn> SortColumns)
     : TNoticeGridView(Store) {
     TImpl& v = *FImpl;
-    TImpl& from = *OrderOf.FImpl;
-    v.Groups = from.Groups;
-    v.Sorts = from.Sorts;
-    v.Columns = from.Columns;
+    TImpl& from = *RowsOf.FImpl;
+    v.SetColumns(std::move(GroupColumns), std::move(SortColumns));
+    if (v.Groups != from.Groups || v.Sorts != from.Sorts) return; // sorted at the first read
     from.Sync();
     // The same stamp means the same rows in the same slots, so the other view's order is this one's.
-    if (!from.Stale && Store.ContentStamp() == OrderOf.Store().ContentStamp() &&
+    if (!from.Stale && Store.ContentStamp() == RowsOf.Store().ContentStamp() &&
         from.Member == Store.ActiveFilter()) {
         v.Tree.CopyFrom(from.Tree);
         v.Member = from.Member;
@@ -271,23 +294,7 @@ TNoticeGridView::~TNoticeGridView() {
 }
 
 void TNoticeGridView::SetOrder(std::vector<TSortColumn> GroupColumns, std::vector<TSortColumn> SortColumns) {
-    std::vector<TSortColumn> groups, sorts;
-    const auto named = [&](TNoticeField f) {
-        const auto same = [f](const TSortColumn& c) { return c.Field == f; };
-        return std::any_of(groups.begin(), groups.end(), same) ||
-               std::any_of(sorts.begin(), sorts.end(), same);
-    };
-    for (const TSortColumn& c : GroupColumns)
-        if (!named(c.Field)) groups.push_back(c);
-    for (const TSortColumn& c : SortColumns)
-        if (!named(c.Field)) sorts.push_back(c);
-    TImpl& v = *FImpl;
-    if (groups == v.Groups && sorts == v.Sorts) return;
-    v.Groups = std::move(groups);
-    v.Sorts = std::move(sorts);
-    v.Columns = v.Groups;
-    v.Columns.insert(v.Columns.end(), v.Sorts.begin(), v.Sorts.end());
-    v.Rebuild();
+    if (FImpl->SetColumns(std::move(GroupColumns), std::move(SortColumns))) FImpl->Rebuild();
 }
 
 void TNoticeGridView::SetNarrowing(IRowNarrowing* Narrowing) {

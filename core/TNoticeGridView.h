@@ -48,6 +48,11 @@ public:
     // its first read. So a dialog's preview opens in the grid's order without sorting again. OrderOf is
     // only read (it may catch up with its own store first) and stays independent.
     TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& OrderOf);
+    // The same in the order given (as SetOrder takes it): OrderOf's rows are taken over only when that is
+    // OrderOf's order; otherwise nothing is copied and the view sorts at its first read, once. So a preview
+    // that opens in another order than the grid's is sorted once, not copied and then sorted.
+    TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& RowsOf, std::vector<TSortColumn> GroupColumns,
+                    std::vector<TSortColumn> SortColumns);
     ~TNoticeGridView();
     TNoticeGridView(const TNoticeGridView&) = delete;
     TNoticeGridView& operator=(const TNoticeGridView&) = delete;

@@ -119,26 +119,29 @@ std::string GetDisplayFileName(const std::string& Name) {
     return IncludeTrailingPathDelimiter(folder) + Name + ".nbd";
 }
 
+TGridLayout DefaultViewLayout(int WidthUnit) {
+    // Starting from the column table's defaults is the reset: widths, visibility, table order, nothing
+    // sorted or grouped.
+    TGridLayout layout = TGridLayout::Defaults(WidthUnit);
+    TGridColumnLayout& severity = layout.Column(nf_note_severity);
+    severity.Sort = TSortDirection::sdAscending;
+    severity.SortIndex = 0;
+    layout.MoveColumn(nf_note_severity, 0);
+    layout.MoveColumn(nf_adpt_source_id, 1);
+    layout.MoveColumn(nf_note_summary, 2);
+    layout.MoveColumn(nf_note_raised_date, 3);
+    layout.MoveColumn(nf_note_count, 4);
+    return layout;
+}
+
 void CreateDefaultView(TDisplay& Display) {
     if (IDisplayGrid* grid = Display.Grid()) {
-        // Starting from the column table's defaults is the reset: widths, visibility, table order, nothing
-        // sorted or grouped.
-        TGridLayout layout = TGridLayout::Defaults(grid->WidthUnit());
         grid->SetShowGridLines(true);
         grid->SetGridLineColor(clSilver);
         grid->SetShowGroupPanel(false);
         grid->SetGridColor(clWindow);
         grid->SetOptions((grid->Options() | goAutoWidth) & ~uint32_t{goRowIndicator | goFocusRect});
-
-        TGridColumnLayout& severity = layout.Column(nf_note_severity);
-        severity.Sort = TSortDirection::sdAscending;
-        severity.SortIndex = 0;
-        layout.MoveColumn(nf_note_severity, 0);
-        layout.MoveColumn(nf_adpt_source_id, 1);
-        layout.MoveColumn(nf_note_summary, 2);
-        layout.MoveColumn(nf_note_raised_date, 3);
-        layout.MoveColumn(nf_note_count, 4);
-        grid->SetLayout(layout);
+        grid->SetLayout(DefaultViewLayout(grid->WidthUnit()));
     }
     Display.ShowGrid = true;
     Display.Name = TDisplay::DefaultName;

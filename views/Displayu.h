@@ -94,3 +94,6 @@ std::string GetDisplayFileName(const std::string& Name);
 
 // Builds the default view on Display's grid (when it has one) and in Display's settings, then applies it.
 void CreateDefaultView(TDisplay& Display);
+// The default view's columns: the column table's defaults (widths in WidthUnit), severity first and sorted
+// ascending, then source, summary, raised date and count.
+TGridLayout DefaultViewLayout(int WidthUnit);

@@ -15,8 +15,10 @@ TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore)
     Init();
 }
 
-TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& OrderOf)
-    : Q(Grid), Store(AStore), Search(AStore), View(AStore, OrderOf) {
+TNoticeBdGrid::TPrivate::TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& RowsOf,
+                                  const TGridLayout& Normalized)
+    : Q(Grid), Store(AStore), Search(AStore),
+      View(AStore, RowsOf, Normalized.GroupColumns(), Normalized.SortColumns()) {
     Init();
 }
 
@@ -40,9 +42,22 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
 }
 
 TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, QWidget* Parent)
-    : QTableView(Parent), d(std::make_unique<TPrivate>(*this, Store, ViewOf.View())) {
-    // The view already holds ViewOf's order, so showing its layout sorts nothing.
-    Init(ViewOf.Layout());
+    : TNoticeBdGrid(Store, ViewOf, ViewOf.Layout(), Parent) {
+}
+
+namespace {
+TGridLayout Normalized(TGridLayout Layout) {
+    Layout.Normalize();
+    return Layout;
+}
+} // namespace
+
+TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, const TGridLayout& Layout,
+                             QWidget* Parent)
+    : QTableView(Parent), d(std::make_unique<TPrivate>(*this, Store, ViewOf.View(), Normalized(Layout))) {
+    // The view already holds its rows in Layout's order (taken from ViewOf's, or sorted at the first
+    // read), so showing Layout sorts nothing more.
+    Init(Layout);
 }
 
 void TNoticeBdGrid::Init(const TGridLayout& Layout) {
@@ -62,7 +77,6 @@ void TNoticeBdGrid::Init(const TGridLayout& Layout) {
     // The row header counts rows of its own (see NoticeGridHeader.h).
     d->RowHeaderModel = new TRowHeaderModel(this);
     d->RowHeader->setModel(d->RowHeaderModel);
-    d->RowHeaderModel->Fit(d->Model->rowCount());
     // A refresh is a layout change of the model, on which Qt's view would lay itself out again (headers,
     // margins, scroll bars: most of a refresh's cost). Only the row count changes, so the grid sets the
     // scroll range itself (TPrivate::Reload).
@@ -112,6 +126,10 @@ void TNoticeBdGrid::Init(const TGridLayout& Layout) {
     d->View.SetOrder(d->Layout.GroupColumns(), d->Layout.SortColumns());
     d->Store.AddListener(d.get());
     d->Store.AddRowObserver(d.get());
+    // The first rows, now that both headers have their models (see TNoticeGridModel).
+    d->Model->Refresh();
+    d->RowHeaderModel->Fit(d->Model->rowCount());
+    d->UpdateScrollRange();
     d->SeenRevision = d->View.Revision();
     d->FollowStore();
 }

@@ -50,6 +50,10 @@ public:
     // (its Layout) and rows in ViewOf's order; while neither store has changed since the copy the order is
     // taken over without sorting (a display editor's preview). ViewOf is only read, now.
     TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, QWidget* Parent = nullptr);
+    // The same starting with Layout's columns and order instead: ViewOf's rows are taken over only when
+    // Layout orders them as ViewOf does, else the grid sorts once (a new display's preview).
+    TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, const TGridLayout& Layout,
+                  QWidget* Parent = nullptr);
     ~TNoticeBdGrid() override;
 
     TNoticeStore& Store() const;

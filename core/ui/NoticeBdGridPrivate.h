@@ -18,7 +18,8 @@
 
 struct TNoticeBdGrid::TPrivate final : INoticeStoreListener, INoticeRowObserver {
     TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore);
-    TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& OrderOf);
+    TPrivate(TNoticeBdGrid& Grid, TNoticeStore& AStore, const TNoticeGridView& RowsOf,
+             const TGridLayout& Normalized);
     ~TPrivate() override;
     void Init();
 

@@ -7,7 +7,8 @@ TNoticeGridModel::TNoticeGridModel(TNoticeGridView& View, QObject* Parent)
     // Until AssignColumnHeaders, a column is captioned with its field name, as a data-aware grid's is.
     for (int f = 0; f < NoticeFieldCount; ++f)
         FCaptions[size_t(f)] = QString::fromLatin1(NoticeFieldName(TNoticeField(f)));
-    FRows.Rebuild(FView);
+    // No rows until the first Refresh: a table hands its model to its row header too, which would lay
+    // out an item per row before the grid gives that header a model of its own.
 }
 
 int TNoticeGridModel::rowCount(const QModelIndex& Parent) const {

@@ -123,6 +123,23 @@ TEST(StoreCopy, ACopiedViewTakesTheBoardsOrderAndThenGoesItsOwnWay) {
     EXPECT_EQ(late.RebuildCount(), 1u);
 }
 
+TEST(StoreCopy, AViewAskedForAnotherOrderSortsOnceAndOnlyThat) {
+    TNoticeStore board;
+    Fill(board, 3000);
+    TNoticeGridView grid(board);
+    grid.SetOrder({}, {{nf_note_summary, false}});
+    TNoticeStore preview;
+    preview.CopyFrom(board);
+    // Named twice, severity counts once: the order is compared after that.
+    TNoticeGridView severity(preview, grid, {}, {{nf_note_severity, false}, {nf_note_severity, true}});
+    EXPECT_EQ(severity.SortColumns(), (std::vector<TSortColumn>{{nf_note_severity, false}}));
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(severity));
+    EXPECT_EQ(severity.RebuildCount(), 1u);
+    TNoticeGridView same(preview, grid, {}, {{nf_note_summary, false}});
+    ASSERT_NO_FATAL_FAILURE(ExpectViewMatches(same));
+    EXPECT_EQ(same.RebuildCount(), 0u);
+}
+
 namespace {
 
 // What a user of one store can see of it: every row (key, originator key, severity, whether the filter

@@ -20,13 +20,20 @@ void ShowSwatch(QLineEdit* Swatch, TColor Color) {
 } // namespace
 
 TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf, QWidget* parent)
+    : TfrmNBViewEditor(Notices, ViewOf, nullptr, parent) {
+}
+
+TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf,
+                                   const TGridLayout* StartLayout, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::frmNBViewEditor>()) {
     ui->setupUi(this);
     {
         const TWaitCursor wait;
         FPreviewData.CopyFrom(Notices);
-        cfgGrid =
-            ViewOf ? new TNoticeBdGrid(FPreviewData, *ViewOf, this) : new TNoticeBdGrid(FPreviewData, this);
+        if (!ViewOf)
+            cfgGrid = new TNoticeBdGrid(FPreviewData, this);
+        else
+            cfgGrid = new TNoticeBdGrid(FPreviewData, *ViewOf, StartLayout ? *StartLayout : ViewOf->Layout(), this);
     }
     cfgGrid->setObjectName(QStringLiteral("cfgGrid"));
     cfgGrid->AssignColumnHeaders();

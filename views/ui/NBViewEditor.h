@@ -27,6 +27,10 @@ public:
     // ViewOf: the board's grid, whose columns and row order the preview takes (null: the column table's
     // defaults in key order); only read here. Neither is used afterwards.
     TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf, QWidget* parent = nullptr);
+    // The same with the preview starting in StartLayout's columns and order (ViewOf's when null): for a
+    // display about to be loaded whose order is known, so that the preview sorts at most once.
+    TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf, const TGridLayout* StartLayout,
+                     QWidget* parent = nullptr);
     ~TfrmNBViewEditor() override;
 
     // The display being edited, owned by the editor; not bound to the preview until the opener binds it.

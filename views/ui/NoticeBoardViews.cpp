@@ -14,6 +14,7 @@
 #include "views/ui/NewViewDlg.h"
 
 #include <exception>
+#include <optional>
 
 namespace {
 
@@ -135,7 +136,10 @@ void TfrmNoticeBoardViews::btnAddClick() {
     if (newView.exec() != QDialog::Accepted) return;
     const std::string name = newView.ViewName();
 
-    TfrmNBViewEditor editor(FNotices, FMainGrid, this);
+    // A copy of the default display starts the preview in its order, so the preview sorts at most once.
+    std::optional<TGridLayout> defaults;
+    if (newView.CopyDefaultView() && FMainGrid) defaults = DefaultViewLayout(FMainGrid->WidthUnit());
+    TfrmNBViewEditor editor(FNotices, FMainGrid, defaults ? &*defaults : nullptr, this);
     editor.setProperty("helpContext", AddHelpContext);
     editor.setWindowTitle(QString::fromStdString("Notice Board Display Editor - " + name));
     PrepareEditor(editor, name);
