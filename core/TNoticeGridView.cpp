@@ -44,7 +44,8 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
     uint64_t Rebuilds = 0;
 
     // The order to apply, a field named twice counting at its first place; false when it stands.
-    bool SetColumns(const std::vector<TSortColumn>& groupColumns, const std::vector<TSortColumn>& sortColumns) {
+    bool SetColumns(const std::vector<TSortColumn>& groupColumns,
+                    const std::vector<TSortColumn>& sortColumns) {
         std::vector<TSortColumn> groups, sorts;
         const auto named = [&](TNoticeField f) {
             const auto same = [f](const TSortColumn& c) { return c.Field == f; };
@@ -269,8 +270,7 @@ TNoticeGridView::TNoticeGridView(TNoticeStore& Store) : FStore(Store), FImpl(std
 }
 
 TNoticeGridView::TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& OrderOf)
-    : TNoticeGridView(Store, OrderOf, OrderOf.GroupColumns(), OrderOf.SortColumns()) {
-}
+    : TNoticeGridView(Store, OrderOf, OrderOf.GroupColumns(), OrderOf.SortColumns()) {}
 
 TNoticeGridView::TNoticeGridView(TNoticeStore& Store, const TNoticeGridView& RowsOf,
                                  std::vector<TSortColumn> GroupColumns, std::vector<TSortColumn> SortColumns)

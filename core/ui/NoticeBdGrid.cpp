@@ -42,8 +42,7 @@ TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, QWidget* Parent)
 }
 
 TNoticeBdGrid::TNoticeBdGrid(TNoticeStore& Store, const TNoticeBdGrid& ViewOf, QWidget* Parent)
-    : TNoticeBdGrid(Store, ViewOf, ViewOf.Layout(), Parent) {
-}
+    : TNoticeBdGrid(Store, ViewOf, ViewOf.Layout(), Parent) {}
 
 namespace {
 TGridLayout Normalized(TGridLayout Layout) {

@@ -2,12 +2,11 @@
 // value) and whose rows are the grid's display rows (TGridDisplayRows: group headings and the data rows
 // of expanded groups) over the live view. Cells are read from the store on demand; nothing is copied.
 //
-// The row count is a snapshot taken at each Refresh (none before the first), so the model stays consistent for Qt between two
-// refreshes while the store changes underneath (cells are read live; a row beyond the view reads empty).
-// A Refresh is one layout change: persistent indexes follow their row by key (headings by their id), an
-// index whose row went into a collapsed group moves to the group's heading, and an index whose row left
-// the grid becomes invalid. Indexes carry the row's key (or the heading's id) as
-// internalId.
+// The row count is a snapshot taken at each Refresh (none before the first), so the model stays consistent
+// for Qt between two refreshes while the store changes underneath (cells are read live; a row beyond the view
+// reads empty). A Refresh is one layout change: persistent indexes follow their row by key (headings by their
+// id), an index whose row went into a collapsed group moves to the group's heading, and an index whose row
+// left the grid becomes invalid. Indexes carry the row's key (or the heading's id) as internalId.
 //
 // Owned by the grid (Qt parent); the view must outlive it. Board thread only.
 #pragma once

@@ -20,8 +20,7 @@ void ShowSwatch(QLineEdit* Swatch, TColor Color) {
 } // namespace
 
 TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf, QWidget* parent)
-    : TfrmNBViewEditor(Notices, ViewOf, nullptr, parent) {
-}
+    : TfrmNBViewEditor(Notices, ViewOf, nullptr, parent) {}
 
 TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdGrid* ViewOf,
                                    const TGridLayout* StartLayout, QWidget* parent)
@@ -33,7 +32,8 @@ TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdG
         if (!ViewOf)
             cfgGrid = new TNoticeBdGrid(FPreviewData, this);
         else
-            cfgGrid = new TNoticeBdGrid(FPreviewData, *ViewOf, StartLayout ? *StartLayout : ViewOf->Layout(), this);
+            cfgGrid =
+                new TNoticeBdGrid(FPreviewData, *ViewOf, StartLayout ? *StartLayout : ViewOf->Layout(), this);
     }
     cfgGrid->setObjectName(QStringLiteral("cfgGrid"));
     cfgGrid->AssignColumnHeaders();
