@@ -11,10 +11,18 @@ foreach(folder ${NB_UI_FOLDERS})
 endforeach()
 file(GLOB NB_UI_RESOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*.qrc)
 
-add_library(nbui STATIC ${NB_UI_SOURCES} ${NB_UI_RESOURCES})
-set_target_properties(nbui PROPERTIES AUTOMOC ON AUTOUIC ON AUTORCC ON)
-# The moc/uic step only reruns for the inputs it scanned last time, so a source or form added later would
-# never get its ui_*.h in an existing build folder. When the set of sources changes (the globs above make
+# Forms go through explicit uic rules rather than AUTOUIC: each ui_*.h is then an output the build knows,
+# so editing a form recompiles the sources that include it. With AUTOUIC the header was rewritten after
+# Ninja had found those sources up to date, and an existing build folder kept the old form until the
+# next build.
+set(NB_UI_FORMS ${NB_UI_SOURCES})
+list(FILTER NB_UI_FORMS INCLUDE REGEX "\\.ui$")
+qt6_wrap_ui(NB_UI_FORM_HEADERS ${NB_UI_FORMS})
+add_library(nbui STATIC ${NB_UI_SOURCES} ${NB_UI_FORM_HEADERS} ${NB_UI_RESOURCES})
+set_target_properties(nbui PROPERTIES AUTOMOC ON AUTOUIC OFF AUTORCC ON)
+target_include_directories(nbui PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
+# The moc step only reruns for the inputs it scanned last time, so a source added later would never be
+# scanned in an existing build folder. When the set of sources changes (the globs above make
 # CMake run again), its stamp is dropped so that it scans everything anew.
 if(NOT "${NB_UI_SOURCES}" STREQUAL "${NB_UI_SOURCES_SCANNED}")
   file(REMOVE ${CMAKE_BINARY_DIR}/nbui_autogen/timestamp)

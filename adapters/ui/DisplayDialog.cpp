@@ -2,6 +2,7 @@
 
 #include "ui_DisplayDialog.h"
 
+#include "support/ui/AccessibleNames.h"
 #include <QStyle>
 
 TDisplayDialog::TDisplayDialog(QWidget* parent)
@@ -9,6 +10,7 @@ TDisplayDialog::TDisplayDialog(QWidget* parent)
                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
       ui(std::make_unique<Ui::TDisplayDialog>()) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     const int side = style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, this);
     ui->imgQuestion->setPixmap(
         style()->standardIcon(QStyle::SP_MessageBoxQuestion, nullptr, this).pixmap(side));

@@ -9,6 +9,7 @@
 #include "support/Exception.h"
 #include "support/NBPrompt.h"
 #include "support/StrUtils.h"
+#include "support/ui/AccessibleNames.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -52,6 +53,7 @@ void ShowConfigDialog(QWidget* owner, TZNB_Adapter_List* adapters, const std::ve
 TconfigDlg::TconfigDlg(TNBConfig& config, TZNB_Adapter_List* adapters, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::configDlg>()), FConfig(config), FAdapters(adapters) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     FFolder = new TElidedPathEdit(ui->EditNBFolder);
     connect(ui->btnOK, &QPushButton::clicked, this, &TconfigDlg::btnOKClick);
     connect(ui->btnCancel, &QPushButton::clicked, this, &TconfigDlg::btnCancelClick);

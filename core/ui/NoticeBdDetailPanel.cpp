@@ -4,6 +4,7 @@
 #include "ui_NoticeBdDetailPanel.h"
 
 #include <QPlainTextEdit>
+#include <QRegularExpression>
 
 #include <cmath>
 
@@ -55,6 +56,13 @@ TNoticeBdDetailPanel::TNoticeBdDetailPanel(TNoticeStore& Store, QWidget* Parent)
         if (auto* label = qobject_cast<QLabel*>(w); label && !label->text().isEmpty())
             label->setAccessibleName(label->text());
     ui->memDetails->setAccessibleName(ui->lblDetails->text());
+    // A value is named after its caption (txtSeverity after lblSeverity); the value itself is its
+    // description (ShowValue), so that an empty one is still a named field.
+    for (QLabel* value : findChildren<QLabel*>(QRegularExpression(QStringLiteral("^txt"))))
+        if (auto* caption = findChild<QLabel*>(QStringLiteral("lbl") + value->objectName().mid(3)))
+            value->setAccessibleName(
+                caption->text().remove(QLatin1Char('&')).remove(QLatin1Char(':')).trimmed());
+    ui->txtSourceType->setAccessibleName(tr("Source type")); // captioned only by the "at" before it
     FStore.AddListener(this);
     Refresh();
 }

@@ -6,6 +6,7 @@
 #include "platform/Process.h"
 #include "reports/ui/ExportToFile.h"
 #include "reports/ui/SaveXlsDialog.h"
+#include "support/ui/AccessibleNames.h"
 
 #include <QScreen>
 #include <QShowEvent>
@@ -20,6 +21,7 @@ int ShowXLSExportDialog(QWidget* Owner, IExportSource& BoardGrid) {
 TfrmXLSExport::TfrmXLSExport(IExportSource& BoardGrid, QWidget* Parent)
     : QDialog(Parent), ui(std::make_unique<Ui::frmXLSExport>()), FBoardGrid(BoardGrid) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     // A title bar without buttons: OK or Cancel (or Escape) close it.
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     setWindowIcon(NbIcon(TNbIcon::Export));

@@ -14,6 +14,7 @@
 #include "reports/ui/TArialTextMeasurer.h"
 #include "support/Exception.h"
 #include "support/StrUtils.h"
+#include "support/ui/AccessibleNames.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -73,6 +74,7 @@ TfrmNBPrint::TfrmNBPrint(IReportGrid& Grid, IExportSource& BoardGrid, QWidget* P
     : QDialog(Parent), ui(std::make_unique<Ui::frmNBPrint>()), FGrid(Grid), FBoardGrid(BoardGrid),
       FTemplateFileName(ExecutableFolder() + "r_base_template.xml") {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     setWindowIcon(NbIcon(TNbIcon::Print));
     FFileName = new TElidedPathEdit(ui->EditExportFilename);
     FFileName->SetKeptTextAsToolTip(true);

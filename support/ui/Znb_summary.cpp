@@ -2,6 +2,7 @@
 
 #include "core/Znb_data.h"
 #include "core/ui/NbIcons.h"
+#include "support/ui/AccessibleNames.h"
 #include "support/ui/NodeSeverityChart.h"
 #include "support/ui/StringGrid.h"
 #include "ui_Znb_summary.h"
@@ -19,6 +20,7 @@ TFM_Summary::TFM_Summary(QWidget* parent)
                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint),
       ui(std::make_unique<Ui::TFM_Summary>()) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowIcon(NbIcon(TNbIcon::Application));
     ui->BB_Update->setIcon(NbIcon(TNbIcon::Refresh));

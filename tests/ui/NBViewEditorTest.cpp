@@ -214,6 +214,41 @@ private slots:
                  QColor(160, 90, 200));
     }
 
+    // Rows in their severity's colour: off as the display says, its colours choosable only while on, and
+    // what is chosen goes to the display and the preview's rows of that severity.
+    void severityColoursFollowTheDisplayAndPaintItsRows() {
+        Open();
+        TDisplay& d = Editor->Display();
+        TNoticeBdGrid& grid = Editor->PreviewGrid();
+        d.SetGrid(&grid);
+        CreateDefaultView(d); // severities 1, 2, 3, 4, 4 from the top
+        Editor->SynchControls();
+        auto* group = Child<QGroupBox>(Editor.get(), "gbSeverityColors");
+        QVERIFY(!group->isChecked());
+        QVERIFY(!Child<QToolButton>(Editor.get(), "btnSeverity4Color")->isEnabled());
+        QCOMPARE(Child<QLineEdit>(Editor.get(), "edtSeverity2Color")->palette().color(QPalette::Base),
+                 ToQColor(d.SeverityColors[1]));
+        const QColor striped = RowColour(grid, 0);
+
+        group->setChecked(true); // as a click on its title does
+        QVERIFY(d.SeverityRowColors);
+        QCOMPARE(RowColour(grid, 0), ToQColor(d.SeverityColors[0]));
+        const QColor chosen(30, 140, 220);
+        WhenModal("ColorDialog", [&](QWidget* w) {
+            static_cast<QColorDialog*>(w)->setCurrentColor(chosen);
+            static_cast<QColorDialog*>(w)->accept();
+        });
+        QVERIFY(ClickButton(Editor.get(), "btnSeverity4Color"));
+        QCOMPARE(d.SeverityColors[3], FromQColor(chosen));
+        QCOMPARE(RowColour(grid, 3), chosen);
+        QCOMPARE(RowColour(grid, 4), chosen);
+        SaveShot(Editor.get(), QStringLiteral("display-editor-severity-colours"));
+
+        group->setChecked(false);
+        QVERIFY(!d.SeverityRowColors);
+        QCOMPARE(RowColour(grid, 0), striped);
+    }
+
 private:
     void Open() {
         TGridLayout layout = Board->Layout();

@@ -158,6 +158,9 @@ private slots:
         form->show();
         QVERIFY(QTest::qWaitForWindowExposed(form));
         QVERIFY(SaveShot(form, QStringLiteral("summary")));
+        form->ShowChart(true);
+        QTest::qWait(0);
+        QVERIFY(SaveShot(form, QStringLiteral("summary-chart")));
     }
 };
 

@@ -56,6 +56,9 @@ TFilterCheckView::TFilterCheckView(QWidget* parent) : QWidget(parent) {
     FVerdict->setWordWrap(true);
     FVerdict->setTextFormat(Qt::PlainText);
     FVerdict->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // The verdict's text changes as the filter is edited; a screen reader hears it as the description.
+    FExpression->setAccessibleName(tr("Filter expression"));
+    FVerdict->setAccessibleName(tr("Filter check"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(FExpression, 1);
@@ -197,6 +200,7 @@ void TFilterCheckView::MarkPlace(int Line, int Column) {
 
 void TFilterCheckView::SetVerdict(const QString& Text, const QColor& Colour) {
     FVerdict->setText(Text);
+    FVerdict->setAccessibleDescription(Text);
     QPalette palette = FVerdict->palette();
     palette.setColor(QPalette::WindowText, Colour);
     FVerdict->setPalette(palette);

@@ -3,6 +3,7 @@
 #include "ui_FilterEditor.h"
 
 #include "support/NBPrompt.h"
+#include "support/ui/AccessibleNames.h"
 #include "views/FilterApply.h"
 #include "views/NameChecks.h"
 #include "views/ui/FilterLineEditor.h"
@@ -26,6 +27,7 @@ void ShowError(const std::exception& e) {
 TfrmFilterEditor::TfrmFilterEditor(const TNoticeStore& Notices, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::frmFilterEditor>()) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     {
         const TWaitCursor wait;
         cdsTestFilter.CopyFrom(Notices);

@@ -6,6 +6,7 @@
 #include "core/ui/NbColors.h"
 #include "support/NBPrompt.h"
 #include "support/StrUtils.h"
+#include "support/ui/AccessibleNames.h"
 #include "views/ui/FieldNameBox.h"
 #include "views/ui/FilterEditor.h"
 #include "views/ui/WaitCursor.h"
@@ -73,6 +74,7 @@ bool IsNullOperator(const QString& op) {
 TFilterLineEditor::TFilterLineEditor(TfrmFilterEditor& Editor, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::FilterLineEditor>()), FEditor(Editor) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     FPopulating = true;
     ui->cbBoolOp->addItems(CommaText(AllBoolOps));
     ui->cbOperator->addItems(CommaText(Operators));

@@ -4,10 +4,16 @@
 
 #include "core/ui/NbColors.h"
 #include "core/ui/NoticeBdGrid.h"
+#include "support/ui/AccessibleNames.h"
 #include "views/ui/WaitCursor.h"
 
 #include <QColorDialog>
+#include <QGroupBox>
 #include <QListWidget>
+#include <QToolButton>
+
+#include <array>
+#include <utility>
 
 namespace {
 
@@ -26,6 +32,7 @@ TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdG
                                    const TGridLayout* StartLayout, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::frmNBViewEditor>()) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     {
         const TWaitCursor wait;
         FPreviewData.CopyFrom(Notices);
@@ -36,6 +43,7 @@ TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdG
                 new TNoticeBdGrid(FPreviewData, *ViewOf, StartLayout ? *StartLayout : ViewOf->Layout(), this);
     }
     cfgGrid->setObjectName(QStringLiteral("cfgGrid"));
+    cfgGrid->setAccessibleName(tr("Preview"));
     cfgGrid->AssignColumnHeaders();
     cfgGrid->SetDisplay(&FDisplay);
     ui->PreviewLayout->addWidget(cfgGrid);
@@ -69,6 +77,22 @@ TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdG
     connect(ui->btnGridlineColor, &QToolButton::clicked, this, [this] {
         ChooseColour(ui->edtGridlineColor, FDisplay.GridLineColor, &TNoticeBdGrid::SetGridLineColor);
     });
+    // Whole rows in their severity's colour, a setting of this system's own (off in a display that never
+    // had it); its colours can be chosen while it is on.
+    connect(ui->gbSeverityColors, &QGroupBox::toggled, this, [this](bool on) {
+        FDisplay.SeverityRowColors = on;
+        cfgGrid->viewport()->update();
+    });
+    const std::array<std::pair<QLineEdit*, QToolButton*>, 4> severities = {
+        std::pair{ui->edtSeverity1Color, ui->btnSeverity1Color},
+        std::pair{ui->edtSeverity2Color, ui->btnSeverity2Color},
+        std::pair{ui->edtSeverity3Color, ui->btnSeverity3Color},
+        std::pair{ui->edtSeverity4Color, ui->btnSeverity4Color}};
+    for (size_t i = 0; i < severities.size(); ++i) {
+        QLineEdit* swatch = severities[i].first;
+        connect(severities[i].second, &QToolButton::clicked, this,
+                [this, swatch, i] { ChooseColour(swatch, FDisplay.SeverityColors[i], nullptr); });
+    }
     connect(ui->btnOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui->btnCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
@@ -138,6 +162,11 @@ void TfrmNBViewEditor::SynchControls() {
     ui->cbAutoColWidths->setChecked(FDisplay.AutoColWidths);
     ui->cbAltRowColors->setChecked(FDisplay.AltRowColors);
     ui->cbShowGrid->setChecked(FDisplay.ShowGrid);
+    ShowSwatch(ui->edtSeverity1Color, FDisplay.SeverityColors[0]);
+    ShowSwatch(ui->edtSeverity2Color, FDisplay.SeverityColors[1]);
+    ShowSwatch(ui->edtSeverity3Color, FDisplay.SeverityColors[2]);
+    ShowSwatch(ui->edtSeverity4Color, FDisplay.SeverityColors[3]);
+    ui->gbSeverityColors->setChecked(FDisplay.SeverityRowColors);
 }
 
 void TfrmNBViewEditor::ChooseColour(QLineEdit* Swatch, TColor& Target,

@@ -3,10 +3,12 @@
 #include "ui_NewViewDlg.h"
 
 #include "support/StrUtils.h"
+#include "support/ui/AccessibleNames.h"
 #include "views/NameChecks.h"
 
 TNB_NewViewDlg::TNB_NewViewDlg(QWidget* parent) : QDialog(parent), ui(std::make_unique<Ui::NB_NewViewDlg>()) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     ui->btnOK->setEnabled(false);
     connect(ui->EditNewViewName, &QLineEdit::textChanged, this,
             [this](const QString& text) { ui->btnOK->setEnabled(!TrimView(text.toStdString()).empty()); });

@@ -5,6 +5,7 @@
 #include "adapters/ZNB_Cfg.h"
 #include "support/NBPrompt.h"
 #include "support/StrUtils.h"
+#include "support/ui/AccessibleNames.h"
 #include "views/BoardFiles.h"
 #include "views/FilterApply.h"
 #include "views/ui/ChooserRefill.h"
@@ -33,6 +34,7 @@ void btnFiltersClick(QWidget* owner, const TNoticeStore& Notices, QComboBox& cmb
 TfrmNoticeBoardFilters::TfrmNoticeBoardFilters(const TNoticeStore& Notices, QWidget* parent)
     : QDialog(parent), ui(std::make_unique<Ui::frmNoticeBoardFilters>()), FNotices(Notices) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     FLister.SetFilePattern("*.nbf");
     FLister.SetFolderPath(NBConfig ? NBConfig->NBFolder : std::string());
     FLister.SetDefaultString(NoFilterName);

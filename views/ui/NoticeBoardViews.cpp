@@ -7,6 +7,7 @@
 #include "core/ui/NoticeBdGrid.h"
 #include "support/NBPrompt.h"
 #include "support/StrUtils.h"
+#include "support/ui/AccessibleNames.h"
 #include "views/BoardFiles.h"
 #include "views/ui/ChooserRefill.h"
 #include "views/ui/ListSelection.h"
@@ -46,6 +47,7 @@ TfrmNoticeBoardViews::TfrmNoticeBoardViews(const TNoticeStore& Notices, const TN
     : QDialog(parent), ui(std::make_unique<Ui::frmNoticeBoardViews>()), FNotices(Notices),
       FMainGrid(MainGrid) {
     ui->setupUi(this);
+    NameBuddiesAfterTheirLabels(this);
     FLister.SetFilePattern("*.nbd");
     FLister.SetFolderPath(NBConfig ? NBConfig->NBFolder : std::string());
     FLister.SetDefaultString(TDisplay::DefaultName);
