@@ -10,6 +10,7 @@
 // Reference, in the same run: the same stream into a board without a window (the engine alone: the
 // callback's queue drained on the same event loop), so the window's own share per message is the
 // difference.
+#include "BoardWindowBench.h"
 #include "NoticeSamples.h"
 
 #include "adapters/TAdapterStartup.h"
@@ -17,7 +18,6 @@
 #include "core/Nb_utils.h"
 #include "core/TNoticeBoard.h"
 #include "core/Znb_callback.h"
-#include "core/ui/NoticeBdForm.h"
 #include "core/ui/NoticeBdGrid.h"
 
 #include <QApplication>
@@ -146,19 +146,9 @@ void Report(benchmark::State& state, const TStreamResult& r) {
     state.counters["max_queued"] = double(r.MaxQueued);
 }
 
-QTemporaryDir& WorkDir() {
-    static QTemporaryDir dir;
-    return dir;
-}
-
 void BM_BoardWindow_Stream(benchmark::State& state) {
     for (auto _ : state) {
-        const std::string folder = WorkDir().path().toStdString() + "/";
-        std::ofstream(folder + "zpnbd.ini") << "[AdapterConfig]\nAlwaysPrompt=0\n";
-        Prepare_NBConfig(folder);
-        FilterFolder = NBConfig->NBFolder;
-        auto* form = new TNoticeBdForm(nullptr);
-        form->resize(1200, 800);
+        auto* form = OpenBoardWindow();
         Fill();
         form->Grid().RefreshNow();
         QApplication::processEvents();
@@ -198,8 +188,7 @@ BENCHMARK(BM_BareBoard_Stream)->Iterations(1)->UseManualTime()->Unit(benchmark::
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication app(argc, argv);
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, WorkDir().path() + "/user");
-    QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, WorkDir().path() + "/system");
+    UseBenchSettings();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

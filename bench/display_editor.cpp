@@ -14,6 +14,7 @@
 // out fresh pages; run it also with GLIBC_TUNABLES=glibc.malloc.hugetlb=1, as the board's launchers do.
 #include "SampleBoard.h"
 #include "StoreDeepCopy.h"
+#include "WidgetBench.h"
 
 #include "adapters/ZNB_Cfg.h"
 #include "core/TNoticeBoard.h"
@@ -27,7 +28,6 @@
 #include <QWindow>
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <ctime>
 #include <filesystem>
@@ -43,21 +43,6 @@ struct TBoard {
     std::unique_ptr<TNoticeBdGrid> Grid;
     TDisplay Display;
 };
-
-// The bytes in use; with Release, the free memory is first given back to the system, so that what the
-// editor takes next is touched fresh (as on a first open).
-size_t HeapInUse(bool Release) {
-    if (Release) malloc_trim(0);
-    const struct mallinfo2 info = mallinfo2();
-    return info.uordblks + info.hblkhd;
-}
-
-void ShowExposed(QWidget& widget) {
-    widget.show();
-    for (int i = 0; i < 1000 && !(widget.windowHandle() && widget.windowHandle()->isExposed()); ++i)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
-    QCoreApplication::processEvents();
-}
 
 // The board, its grid sorted by summary and shown, and its current display saved as a file. Freed before
 // the application object goes.

@@ -77,9 +77,12 @@ void SetNoticeWake(std::function<void()> WakeFunction) {
 int32_t ProcessPendingNotices() {
     // A window that pumps events while a message is being applied must not start another one inside it.
     if (TheBoard && TheBoard->Busy()) return 0;
+    // Only what is queued now: an adapter that keeps the queue full must not hold the board's thread (and
+    // with it the window's painting and timers) for as long as it keeps sending. What arrives meanwhile
+    // has woken the window for another call.
     int32_t applied = 0;
     std::string text;
-    while (TakeNext(text)) {
+    for (int32_t left = PendingNoticeCount(); left > 0 && TakeNext(text); --left) {
         Apply(text);
         ++applied;
     }

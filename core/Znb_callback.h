@@ -37,8 +37,9 @@ void SetNoticeWake(std::function<void()> Wake);
 extern "C" int32_t ZNA_CALL NoticeCallback(intptr_t Reserved1, const char* const* XMLText,
                                            intptr_t Reserved2);
 
-// Applies the queued messages in arrival order; board thread only. Returns how many were applied (none
-// while the board is busy applying a message: they wait for the next call).
+// Applies the messages queued when it is called, in arrival order (later ones wait for the next call, which
+// their wake asks for); board thread only. Returns how many were applied (none while the board is busy
+// applying a message: they wait for the next call).
 int32_t ProcessPendingNotices();
 // Number of messages waiting; any thread.
 int32_t PendingNoticeCount();

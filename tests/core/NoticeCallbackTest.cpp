@@ -164,3 +164,33 @@ TEST_F(NoticeBoardTest, ReplacedWakeIsNotRunningOnceSetNoticeWakeReturns) {
     EXPECT_FALSE(replacedDuringWake);
     EXPECT_EQ(ProcessPendingNotices(), 1);
 }
+
+TEST_F(NoticeBoardTest, ADrainTakesOnlyWhatWasQueuedWhenItStarted) {
+    // An adapter that sends again from its own thread each time the board has applied one of its messages.
+    struct TEagerAdapter : INoticeBoardListener {
+        int Resends = 0;
+        void SetHourglass(bool) override {}
+        void ShowBusyImages(bool) override {}
+        void ReloadGrid() override {}
+        void SetStatusText(const std::string&) override {
+            if (Resends == 10) return; // (a drain that took every arrival would otherwise never end)
+            const std::string text =
+                Message(Notice("post", El("adpt_orig_key", "r" + std::to_string(Resends++))));
+            std::thread([&text] {
+                const char* p = text.c_str();
+                NoticeCallback(0, &p, 0);
+            }).join();
+        }
+    } adapter;
+    Board->SetListener(&adapter);
+    std::thread([&] {
+        for (const char* key : {"a", "b"})
+            Send(Message(Notice("post", El("adpt_orig_key", key))));
+    }).join();
+    EXPECT_EQ(ProcessPendingNotices(), 2);
+    // What came during the drain waits for the next one, so the board's thread gets back to its window.
+    EXPECT_EQ(PendingNoticeCount(), 2);
+    EXPECT_EQ(ProcessPendingNotices(), 2);
+    EXPECT_EQ(Store().TotalCount(), 4);
+    Board->SetListener(nullptr);
+}
