@@ -84,7 +84,8 @@ static std::vector<TShare> SharesOf(const TGridLayout& Layout, const TNoticeGrid
     std::vector<TShare> shares;
     for (int visual = 0; visual < NoticeFieldCount; ++visual) {
         const int f = Header.logicalIndex(visual);
-        if (!Header.isSectionHidden(f))
+        // No section while the header has no model (the grid taking its model away as it goes).
+        if (f >= 0 && !Header.isSectionHidden(f))
             shares.push_back(
                 {f, std::max(1, Layout.Column(TNoticeField(f)).Width), Header.MinimumSectionWidth(f)});
     }
