@@ -18,6 +18,12 @@ file(GLOB NB_UI_RESOURCES CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/resources/*.qrc)
 set(NB_UI_FORMS ${NB_UI_SOURCES})
 list(FILTER NB_UI_FORMS INCLUDE REGEX "\\.ui$")
 qt6_wrap_ui(NB_UI_FORM_HEADERS ${NB_UI_FORMS})
+# A build folder made while AUTOUIC was on still holds its headers in the moc step's include folder, which
+# comes first on the include path: they would shadow the forms' current headers.
+file(GLOB NB_UI_AUTOUIC_LEFTOVERS ${CMAKE_BINARY_DIR}/nbui_autogen/include/ui_*.h)
+if(NB_UI_AUTOUIC_LEFTOVERS)
+  file(REMOVE ${NB_UI_AUTOUIC_LEFTOVERS})
+endif()
 add_library(nbui STATIC ${NB_UI_SOURCES} ${NB_UI_FORM_HEADERS} ${NB_UI_RESOURCES})
 set_target_properties(nbui PROPERTIES AUTOMOC ON AUTOUIC OFF AUTORCC ON)
 target_include_directories(nbui PRIVATE ${CMAKE_CURRENT_BINARY_DIR})
