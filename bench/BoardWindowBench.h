@@ -4,6 +4,8 @@
 // GUI thread. UseBenchSettings goes right after the QApplication is made.
 #pragma once
 
+#include "WidgetBench.h"
+
 #include "adapters/ZNB_Cfg.h"
 #include "core/Nb_utils.h"
 #include "core/ui/NoticeBdForm.h"

@@ -20,6 +20,12 @@ inline void SendToBoard(const std::string& xml) {
     NoticeCallback(0, &text, 0);
 }
 
+// Posts that many typical notices (keys Prefix + number) to the callback's board, 1000 to a message.
+inline void FillBoard(int64_t rows, const char* Prefix = "fill") {
+    for (int64_t first = 0; first < rows; first += 1000)
+        SendToBoard(SampleMessage(Prefix, first, int(std::min<int64_t>(1000, rows - first))));
+}
+
 // The board of that many notices, installed as the callback's board.
 inline TNoticeBoard& SampleBoard(int64_t rows) {
     static std::map<int64_t, std::unique_ptr<TNoticeBoard>> boards;
@@ -27,8 +33,7 @@ inline TNoticeBoard& SampleBoard(int64_t rows) {
     if (!board) {
         board = std::make_unique<TNoticeBoard>();
         SetNoticeBoard(board.get());
-        for (int64_t first = 0; first < rows; first += 1000)
-            SendToBoard(SampleMessage("fill", first, int(std::min<int64_t>(1000, rows - first))));
+        FillBoard(rows);
     }
     SetNoticeBoard(board.get());
     return *board;

@@ -1,14 +1,17 @@
-// What the widget benchmarks share: showing a widget until its window is exposed (before that, repaint()
-// paints nothing) and the heap in use. Header-only; GUI thread.
+// What the widget benchmarks share: their main (the benchmarks on the offscreen platform), showing a widget
+// until its window is exposed (before that, repaint() paints nothing) and the heap in use. Header-only;
+// GUI thread.
 #pragma once
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QWidget>
 #include <QWindow>
 
+#include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <cstddef>
+#include <functional>
 
 inline void ShowExposed(QWidget& widget) {
     widget.show();
@@ -23,4 +26,18 @@ inline size_t HeapInUse(bool Release = true) {
     if (Release) malloc_trim(0);
     const struct mallinfo2 info = mallinfo2();
     return info.uordblks + info.hblkhd;
+}
+
+// A benchmark program's main: the application on the offscreen platform, Before once it exists, the
+// benchmarks named on the command line, then After while it still exists (widgets go before it).
+inline int RunOffscreenBenchmarks(int argc, char** argv, const std::function<void()>& Before = {},
+                                  const std::function<void()>& After = {}) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    if (Before) Before();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    if (After) After();
+    return 0;
 }

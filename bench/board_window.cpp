@@ -11,7 +11,7 @@
 // callback's queue drained on the same event loop), so the window's own share per message is the
 // difference.
 #include "BoardWindowBench.h"
-#include "NoticeSamples.h"
+#include "SampleBoard.h"
 
 #include "adapters/TAdapterStartup.h"
 #include "adapters/ZNB_Cfg.h"
@@ -74,11 +74,7 @@ std::string StreamMessage(int64_t i) {
 }
 
 void Fill() {
-    for (int first = 0; first < StoredNotices; first += 1000) {
-        const std::string xml = SampleMessage("fill", first, 1000);
-        const char* text = xml.c_str();
-        NoticeCallback(0, &text, 0);
-    }
+    FillBoard(StoredNotices);
 }
 
 struct TStreamResult {
@@ -186,11 +182,5 @@ BENCHMARK(BM_BoardWindow_Stream)->Iterations(1)->UseManualTime()->Unit(benchmark
 BENCHMARK(BM_BareBoard_Stream)->Iterations(1)->UseManualTime()->Unit(benchmark::kSecond);
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    UseBenchSettings();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunOffscreenBenchmarks(argc, argv, UseBenchSettings);
 }

@@ -56,11 +56,7 @@ TBoard& Board() {
         NBConfig->NBFolder = folder.string() + "/";
         board = std::make_unique<TBoard>();
         SetNoticeBoard(&board->Board);
-        for (int64_t first = 0; first < Rows; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, 1000);
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
+        FillBoard(Rows);
         board->Grid = std::make_unique<TNoticeBdGrid>(board->Board.cdsNoticeBd());
         board->Grid->resize(1000, 700);
         board->Grid->AssignColumnHeaders();
@@ -156,11 +152,5 @@ BENCHMARK(BM_OpenDisplayEditor_DeepReference)
     ->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    board.reset();
-    return 0;
+    return RunOffscreenBenchmarks(argc, argv, {}, [] { board.reset(); });
 }

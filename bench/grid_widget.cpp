@@ -373,10 +373,5 @@ BENCHMARK(BM_Memory_Ours)->Arg(100000)->Arg(1000000)->Iterations(1);
 BENCHMARK(BM_Memory_Reference)->Arg(100000)->Iterations(1);
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunOffscreenBenchmarks(argc, argv);
 }

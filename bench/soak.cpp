@@ -105,11 +105,7 @@ private:
 
 // Fills the board the callback serves (SetNoticeBoard) and sets the filter.
 void Fill(TNoticeStore& store) {
-    for (int64_t first = 0; first < LiveNotices; first += 1000) {
-        const std::string xml = SampleMessage("live", first, 1000);
-        const char* text = xml.c_str();
-        NoticeCallback(0, &text, 0);
-    }
+    FillBoard(LiveNotices, "live");
     store.SetFilterText("note_severity > 1"); // three notices in four pass
     store.SetFiltered(true);
 }
@@ -163,9 +159,7 @@ void BM_Soak_Window(benchmark::State& state) {
     TNoticeBdGrid& grid = form->Grid();
     Fill(form->Board().cdsNoticeBd());
     SortBy(grid);
-    form->show();
-    for (int i = 0; i < 1000 && !(form->windowHandle() && form->windowHandle()->isExposed()); ++i)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+    ShowExposed(*form);
 
     for (auto _ : state) {
         std::atomic<bool> stop{false};
@@ -272,11 +266,5 @@ int main(int argc, char** argv) {
     }
     argc = kept;
     if (SoakSeconds <= 0) SoakSeconds = 600;
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    UseBenchSettings();
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
+    return RunOffscreenBenchmarks(argc, argv, UseBenchSettings);
 }

@@ -44,11 +44,7 @@ TBoard& Board() {
     if (!board) {
         board = std::make_unique<TBoard>();
         SetNoticeBoard(&board->Board);
-        for (int64_t first = 0; first < Rows; first += 1000) {
-            const std::string xml = SampleMessage("fill", first, 1000);
-            const char* text = xml.c_str();
-            NoticeCallback(0, &text, 0);
-        }
+        FillBoard(Rows);
         board->Grid = std::make_unique<TNoticeGridView>(board->Board.cdsNoticeBd());
         board->Grid->SetOrder({}, GridOrder);
     }

@@ -83,11 +83,7 @@ TfrmNBViewEditor::TfrmNBViewEditor(const TNoticeStore& Notices, const TNoticeBdG
         FDisplay.SeverityRowColors = on;
         cfgGrid->viewport()->update();
     });
-    const std::array<std::pair<QLineEdit*, QToolButton*>, 4> severities = {
-        std::pair{ui->edtSeverity1Color, ui->btnSeverity1Color},
-        std::pair{ui->edtSeverity2Color, ui->btnSeverity2Color},
-        std::pair{ui->edtSeverity3Color, ui->btnSeverity3Color},
-        std::pair{ui->edtSeverity4Color, ui->btnSeverity4Color}};
+    const auto severities = SeverityChoosers();
     for (size_t i = 0; i < severities.size(); ++i) {
         QLineEdit* swatch = severities[i].first;
         connect(severities[i].second, &QToolButton::clicked, this,
@@ -154,6 +150,13 @@ void TfrmNBViewEditor::NoteColumnsChangedInGrid() {
     FFillingFields = false;
 }
 
+std::array<std::pair<QLineEdit*, QToolButton*>, 4> TfrmNBViewEditor::SeverityChoosers() const {
+    return {std::pair{ui->edtSeverity1Color, ui->btnSeverity1Color},
+            std::pair{ui->edtSeverity2Color, ui->btnSeverity2Color},
+            std::pair{ui->edtSeverity3Color, ui->btnSeverity3Color},
+            std::pair{ui->edtSeverity4Color, ui->btnSeverity4Color}};
+}
+
 void TfrmNBViewEditor::SynchControls() {
     ShowSwatch(ui->edtNormalColor, FDisplay.GridColor);
     ShowSwatch(ui->edtAltColor, FDisplay.AltColor);
@@ -162,10 +165,9 @@ void TfrmNBViewEditor::SynchControls() {
     ui->cbAutoColWidths->setChecked(FDisplay.AutoColWidths);
     ui->cbAltRowColors->setChecked(FDisplay.AltRowColors);
     ui->cbShowGrid->setChecked(FDisplay.ShowGrid);
-    ShowSwatch(ui->edtSeverity1Color, FDisplay.SeverityColors[0]);
-    ShowSwatch(ui->edtSeverity2Color, FDisplay.SeverityColors[1]);
-    ShowSwatch(ui->edtSeverity3Color, FDisplay.SeverityColors[2]);
-    ShowSwatch(ui->edtSeverity4Color, FDisplay.SeverityColors[3]);
+    const auto severities = SeverityChoosers();
+    for (size_t i = 0; i < severities.size(); ++i)
+        ShowSwatch(severities[i].first, FDisplay.SeverityColors[i]);
     ui->gbSeverityColors->setChecked(FDisplay.SeverityRowColors);
 }
 

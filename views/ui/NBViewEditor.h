@@ -10,10 +10,13 @@
 
 #include <QDialog>
 
+#include <array>
 #include <memory>
 #include <string>
+#include <utility>
 
 class QLineEdit;
+class QToolButton;
 class TNoticeBdGrid;
 namespace Ui {
 class frmNBViewEditor;
@@ -55,6 +58,8 @@ private:
     void NoteColumnsChangedInGrid();
     void ChooseColour(QLineEdit* Swatch, TColor& Target, void (TNoticeBdGrid::*ShowIn)(TColor));
     void SetOption(uint32_t Option, bool On);
+    // Severity 1 to 4: its swatch and its "..." button.
+    std::array<std::pair<QLineEdit*, QToolButton*>, 4> SeverityChoosers() const;
 
     std::unique_ptr<Ui::frmNBViewEditor> ui;
     TNoticeStore FPreviewData;
