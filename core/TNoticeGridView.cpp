@@ -98,6 +98,10 @@ struct TNoticeGridView::TImpl final : INoticeRowObserver {
         if (Stale) return;
         if (Member && Member != Store.FilterObject()) Stale = true; // a filter changed unannounced
         try {
+            // A narrowing set since the last read is applied first: an event is weighed against the rows the
+            // narrowing has left, and the first narrowing takes the rows it is to keep aside (Full) from the
+            // view as it stands, which must not already be missing rows the new condition turned away.
+            if (!Stale && Narrowing && NarrowSeen != Narrowing->Generation()) Renarrow();
             if (Stale || change()) ++Revision;
         } catch (...) {
             Stale = true;
