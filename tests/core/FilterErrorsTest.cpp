@@ -101,39 +101,11 @@ TEST(FilterErrors, LongFlatFiltersCompile) {
 
 TEST(FilterErrors, ArbitraryBytesGiveAnErrorOrAFilter) {
     std::mt19937 rng(20261121);
-    const std::string alphabet[] = {"note_count",
-                                    "note_summary",
-                                    "ack_date",
-                                    "(",
-                                    ")",
-                                    "'",
-                                    "''",
-                                    " = ",
-                                    "<>",
-                                    " AND ",
-                                    " OR ",
-                                    "NOT ",
-                                    "IS",
-                                    "NULL",
-                                    " LIKE ",
-                                    " IN ",
-                                    ",",
-                                    "1",
-                                    "2.5",
-                                    "+",
-                                    "-",
-                                    "*",
-                                    "/",
-                                    "[",
-                                    "]",
-                                    "\r\n",
-                                    std::string(1, '\0'),
-                                    "\xff",
-                                    "'Fatal'",
-                                    "YEAR(",
-                                    "GETDATE()",
-                                    "SUBSTRING(",
-                                    "%"};
+    // clang-format off
+    const std::string alphabet[] = {"note_count", "note_summary", "ack_date", "(", ")", "'", "''", " = ", "<>",
+        " AND ", " OR ", "NOT ", "IS", "NULL", " LIKE ", " IN ", ",", "1", "2.5", "+", "-", "*", "/", "[", "]",
+        "\r\n", std::string(1, '\0'), "\xff", "'Fatal'", "YEAR(", "GETDATE()", "SUBSTRING(", "%"};
+    // clang-format on
     TNoticeRecord row;
     row.SetInteger(nf_note_count, 1);
     int compiled = 0;

@@ -1,5 +1,5 @@
-// Checks a grid view against the brute-force answer: the store's visible rows sorted by the plain
-// comparison, every position and key, and the nodes of a grouped walk built row by row.
+// Checks a grid view against the brute-force answer: the store's visible rows (narrowed, if asked) sorted by
+// the plain comparison, every position and key, and the nodes of a grouped walk built row by row.
 #pragma once
 
 #include "core/TNoticeGridView.h"
@@ -8,14 +8,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <vector>
 
-// What the view must show: the store's visible rows sorted by the plain comparison.
-inline std::vector<const TNoticeRecord*> ExpectedRows(const TNoticeGridView& view) {
+// A narrowing's plain answer (the quick search's): whether a visible row is shown; empty: every one is.
+using TShownRow = std::function<bool(const TNoticeRecord&)>;
+
+// What the view must show: the store's visible rows that shown passes, sorted by the plain comparison.
+inline std::vector<const TNoticeRecord*> ExpectedRows(const TNoticeGridView& view, const TShownRow& shown) {
     std::vector<TSortColumn> cols = view.GroupColumns();
     cols.insert(cols.end(), view.SortColumns().begin(), view.SortColumns().end());
     std::vector<const TNoticeRecord*> rows;
-    view.Store().ForEachRow([&](const TNoticeRecord& r) { rows.push_back(&r); });
+    view.Store().ForEachRow([&](const TNoticeRecord& r) {
+        if (!shown || shown(r)) rows.push_back(&r);
+    });
     std::sort(rows.begin(), rows.end(), [&](const TNoticeRecord* a, const TNoticeRecord* b) {
         return CompareNoticeRows(*a, *b, cols) < 0;
     });
@@ -49,8 +55,8 @@ inline std::vector<TGridNode> ExpectedNodes(const TNoticeGridView& view,
     return nodes;
 }
 
-inline void ExpectViewMatches(const TNoticeGridView& view) {
-    const std::vector<const TNoticeRecord*> rows = ExpectedRows(view);
+inline void ExpectViewMatches(const TNoticeGridView& view, const TShownRow& shownRow = {}) {
+    const std::vector<const TNoticeRecord*> rows = ExpectedRows(view, shownRow);
     ASSERT_EQ(view.RowCount(), int32_t(rows.size()));
     for (size_t i = 0; i < rows.size(); ++i) {
         ASSERT_EQ(view.KeyAt(int32_t(i)), Key(rows[i])) << "position " << i;

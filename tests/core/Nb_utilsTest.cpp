@@ -5,13 +5,9 @@
 #include <cstring>
 
 TEST(Nb_utils, SeverityNumbersNameTheirTexts) {
-    EXPECT_EQ(Get_Severity_String(1), "Normal");
-    EXPECT_EQ(Get_Severity_String(2), "Warning");
-    EXPECT_EQ(Get_Severity_String(3), "Fatal");
-    EXPECT_EQ(Get_Severity_String(4), "Critical");
-    EXPECT_EQ(Get_Severity_String(0), "");
-    EXPECT_EQ(Get_Severity_String(5), "");
-    EXPECT_EQ(Get_Severity_String(-1), "");
+    const char* const names[] = {"", "", "Normal", "Warning", "Fatal", "Critical", ""}; // -1 to 5
+    for (int severity = -1; severity <= 5; ++severity)
+        EXPECT_EQ(Get_Severity_String(severity), names[severity + 1]) << severity;
 }
 
 TEST(Nb_utils, StrToPCharLengthCountsTheNul) {

@@ -141,12 +141,8 @@ TEST(StoreKeys, TheLastKeysAreIssuedThenInsertionsAreRefusedWithoutReusingAKey) 
     store.Buffer().SetString(nf_adpt_orig_key, "d");
     EXPECT_THROW(store.Post(), EKeysExhausted);
     store.Cancel();
-    // Existing rows still change, are found by key and go.
+    // Existing rows are still found by key and go (and change: ABoardOutOfKeysRefusesNewNoticesAndSaysWhy).
     ASSERT_TRUE(store.FindKey(std::to_string(INT32_MAX)));
-    store.Edit();
-    store.Buffer().SetInteger(nf_note_count, 5);
-    store.Post();
-    EXPECT_EQ(store.ActiveRecord().AsInteger(nf_note_count), 5);
     ASSERT_TRUE(store.FindKey(std::to_string(INT32_MAX - 1)));
     store.Delete();
     store.Compact();

@@ -191,12 +191,17 @@ private slots:
 
         auto* columns = static_cast<TNoticeGridHeader*>(header);
         const auto menu = columns->ColumnMenu(nf_note_summary, b.Grid->Layout());
-        QStringList captions;
+        QStringList captions, grouping; // grouping: "-" for disabled
         for (QAction* action : menu->actions())
-            if (action->isCheckable()) captions << action->text() + (action->isChecked() ? "+" : "");
+            if (action->isCheckable())
+                captions << action->text() + (action->isChecked() ? "+" : "");
+            else if (!action->isSeparator())
+                grouping << action->text() + (action->isEnabled() ? "" : "-");
         QCOMPARE(captions.size(), NoticeFieldCount);
         QCOMPARE(captions.first(), QString("Key"));
         QVERIFY(captions.contains("Summary+") && captions.contains("Details"));
+        QCOMPARE(grouping.join('|'),
+                 QString("&Group by this column|&Ungroup-|&Expand All Groups-|&Collapse All Groups-"));
         // The row indicator is the row header; the default view leaves it off.
         QVERIFY(b.Grid->verticalHeader()->isHidden());
         b.Grid->SetOptions(b.Grid->Options() | goRowIndicator);
@@ -237,6 +242,9 @@ private slots:
         }
         QCOMPARE(other.Grid->View().GroupColumns(), b.Grid->View().GroupColumns());
         QCOMPARE(other.Grid->View().SortColumns(), b.Grid->View().SortColumns());
+        header->ColumnMenu(nf_note_summary, b.Grid->Layout())->findChild<QAction*>("UngroupAll")->trigger();
+        QVERIFY(b.Grid->View().GroupColumns().empty());
+        QCOMPARE(user.count(), 7);
         NBConfig.reset();
     }
 

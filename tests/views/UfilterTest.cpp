@@ -59,7 +59,6 @@ TEST(Ufilter, ColumnsByNameInAnyCase) {
     f.SetFieldByName("VALUE", "'abc'");
     f.SetFieldByName("leftpar", "((");
     EXPECT_EQ(f.GetFieldByName("LeftPar"), "((");
-    EXPECT_EQ(f.GetFieldByName("leftPar"), "((");
     EXPECT_EQ(f.GetColNum("rightpar"), 5);
     EXPECT_EQ(f.GetColNum("Left"), -1);
     EXPECT_EQ(f.GetFieldName(4), "value");
