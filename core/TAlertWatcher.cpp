@@ -42,7 +42,6 @@ bool TAlertWatcher::IsTrouble(uint8_t State) const {
 void TAlertWatcher::Enter(int32_t Slot, uint8_t State) {
     if (static_cast<size_t>(Slot) >= FState.size()) FState.resize(static_cast<size_t>(Slot) + 1, 0);
     FState[Slot] = State;
-    ++FLive[SeverityClass(State)];
     if (IsTrouble(State)) ++FTrouble;
 }
 
@@ -50,7 +49,6 @@ void TAlertWatcher::Leave(int32_t Slot) {
     if (Slot < 0 || static_cast<size_t>(Slot) >= FState.size()) return;
     const uint8_t state = FState[Slot];
     if (!(state & LiveBit)) return;
-    --FLive[SeverityClass(state)];
     if (IsTrouble(state)) --FTrouble;
     FState[Slot] = 0;
     if (FTrouble == 0) FNextReminder.reset();
@@ -101,7 +99,6 @@ void TAlertWatcher::RowsReset() {
 
 void TAlertWatcher::Recount() {
     FState.assign(static_cast<size_t>(FStore.SlotCount()), 0);
-    FLive.fill(0);
     FTrouble = 0;
     for (int32_t slot = 0; slot < FStore.SlotCount(); ++slot)
         if (FStore.SlotLive(slot)) Enter(slot, StateOf(FStore.RowBySlot(slot)));
@@ -195,12 +192,6 @@ bool TAlertWatcher::Muted() const {
 
 int64_t TAlertWatcher::MuteLeft() const {
     return !FMuteForever && FMuteUntil != 0 ? std::max<int64_t>(0, FMuteUntil - Now()) : 0;
-}
-
-int32_t TAlertWatcher::WorstLive() const {
-    for (int32_t severity = 4; severity >= 1; --severity)
-        if (FLive[severity] > 0) return severity;
-    return 0;
 }
 
 void TAlertWatcher::SlotsRenumbered(std::span<const int32_t> NewSlotOf) {

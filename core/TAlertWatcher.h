@@ -17,7 +17,6 @@
 
 #include "core/TNoticeStore.h"
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -80,10 +79,7 @@ public:
     // Milliseconds of muting left (0 when not muted, or muted until restart).
     int64_t MuteLeft() const;
 
-    // The live notices: how many there are of each severity 1..4 (index 0: any other severity), the worst
-    // severity among them (0 for none), and how many are trouble.
-    const std::array<int32_t, 5>& LiveBySeverity() const { return FLive; }
-    int32_t WorstLive() const;
+    // How many live notices are trouble. (How many are live, per severity, is TSeverityCounts'.)
     int32_t TroubleCount() const { return FTrouble; }
 
 private:
@@ -110,7 +106,6 @@ private:
     TClock FClock;
     std::function<void()> FOnChange;
     std::vector<uint8_t> FState; // per slot: 0 not live, else live | unacknowledged | severity class
-    std::array<int32_t, 5> FLive{};
     int32_t FTrouble = 0;
     int32_t FThreshold = 3;
     int64_t FRepeatMs = 0;

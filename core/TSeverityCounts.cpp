@@ -28,6 +28,12 @@ int32_t TSeverityCounts::Total() const {
     return std::accumulate(FCounts.begin(), FCounts.end(), int32_t(0));
 }
 
+int32_t TSeverityCounts::Worst() const {
+    for (int32_t severity = 4; severity >= 1; --severity)
+        if (FCounts[size_t(severity)] > 0) return severity;
+    return 0;
+}
+
 void TSeverityCounts::Take(int32_t Slot) {
     if (size_t(Slot) >= FCounted.size()) FCounted.resize(size_t(Slot) + 1);
     const uint8_t bucket = BucketOf(FStore.RowBySlot(Slot));

@@ -1,8 +1,8 @@
 // Live counts of a store's notices per severity (1 Normal to 4 Critical; any other value or null counts
-// as "other"), whatever filter is on: what the status bar's severity badges show. Kept by the store's row
-// feed, O(1) per changed row; only rows replaced wholesale (emptied, copied) are counted again.
-// Owned by the window (or a test); the store must outlive it. The store's thread only. Nothing throws but
-// std::bad_alloc (on construction and while the store grows).
+// as "other"), whatever filter is on: what the status bar's severity badges and the tray icon show. Kept by
+// the store's row feed, O(1) per changed row; only rows replaced wholesale (emptied, copied) are counted
+// again. Owned by the window (or a test); the store must outlive it. The store's thread only. Nothing throws
+// but std::bad_alloc (on construction and while the store grows).
 #pragma once
 
 #include "core/TNoticeStore.h"
@@ -25,6 +25,8 @@ public:
         return Severity >= 1 && Severity <= 4 ? FCounts[size_t(Severity)] : FCounts[0];
     }
     int32_t Total() const;
+    // The worst severity (1 to 4) any live notice has; 0 when none has one.
+    int32_t Worst() const;
     // Changes whenever a count changes, so a window repaints only then.
     uint64_t Revision() const { return FRevision; }
 

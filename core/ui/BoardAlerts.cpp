@@ -1,6 +1,7 @@
 #include "core/ui/BoardAlerts.h"
 
 #include "core/Nb_utils.h"
+#include "core/TSeverityCounts.h"
 #include "core/ui/AlertBanner.h"
 #include "core/ui/AlertSound.h"
 #include "core/ui/AlertTray.h"
@@ -53,10 +54,10 @@ QTimer* NamedTimer(QObject* Parent, const char* Name, bool SingleShot) {
 
 } // namespace
 
-TBoardAlerts::TBoardAlerts(QWidget* Board, TNoticeStore& Store, TNoticeBdGrid* Grid,
-                           const TNotificationSettings& Settings)
-    : QObject(Board), FBoard(Board), FGrid(Grid), FClock(SteadyMs), FWatcher(Store, [this] { return Now(); }),
-      FHighlights(Store, [this] { return Now(); }) {
+TBoardAlerts::TBoardAlerts(QWidget* Board, TNoticeStore& Store, const TSeverityCounts& Counts,
+                           TNoticeBdGrid* Grid, const TNotificationSettings& Settings)
+    : QObject(Board), FBoard(Board), FCounts(Counts), FGrid(Grid), FClock(SteadyMs),
+      FWatcher(Store, [this] { return Now(); }), FHighlights(Store, [this] { return Now(); }) {
     setObjectName(QStringLiteral("BoardAlerts"));
     FBanner = new TAlertBanner(Board);
     connect(FBanner, &TAlertBanner::Activated, this, &TBoardAlerts::GoToAnnounced);
@@ -182,10 +183,8 @@ void TBoardAlerts::ArmReminder() {
 
 void TBoardAlerts::UpdateTray() {
     if (!FTray) return;
-    int32_t live = 0;
-    for (const int32_t n : FWatcher.LiveBySeverity())
-        live += n;
-    FTray->SetState(live, FWatcher.WorstLive(), FWatcher.TroubleCount(), FWatcher.Threshold(), MuteText());
+    FTray->SetState(FCounts.Total(), FCounts.Worst(), FWatcher.TroubleCount(), FWatcher.Threshold(),
+                    MuteText());
 }
 
 double TBoardAlerts::RowEmphasis(int32_t Key) const {

@@ -34,6 +34,7 @@ class TAlertBanner;
 class TAlertTray;
 class TNoticeBdGrid;
 class TNoticeStore;
+class TSeverityCounts;
 class TQtSoundPlayer;
 
 class TBoardAlerts : public QObject, private INoticeRowEmphasis {
@@ -41,9 +42,10 @@ class TBoardAlerts : public QObject, private INoticeRowEmphasis {
 public:
     static constexpr int HighlightStepMs = 2000; // the fade's repaint step
 
-    // Board: the board window (parent, not null; raised from the tray). Grid: the board's grid, whose
-    // delegate asks for the rows' emphasis; null for none. The settings are copied.
-    TBoardAlerts(QWidget* Board, TNoticeStore& Store, TNoticeBdGrid* Grid,
+    // Board: the board window (parent, not null; raised from the tray). Counts: the live counts per
+    // severity of Store (the badges' own; the tray shows them too), kept for this object's life. Grid: the
+    // board's grid, whose delegate asks for the rows' emphasis; null for none. The settings are copied.
+    TBoardAlerts(QWidget* Board, TNoticeStore& Store, const TSeverityCounts& Counts, TNoticeBdGrid* Grid,
                  const TNotificationSettings& Settings);
     ~TBoardAlerts() override;
 
@@ -99,6 +101,7 @@ private:
     int64_t Now() const { return FClock(); }
 
     QPointer<QWidget> FBoard;
+    const TSeverityCounts& FCounts;
     QPointer<TNoticeBdGrid> FGrid; // a child of the board may go first
 
     TNotificationSettings FSettings;

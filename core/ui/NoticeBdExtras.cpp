@@ -32,7 +32,7 @@ void TNoticeBdForm::SetupExtras() {
 
     FFilterCounts = new TFilterComboCounts(ui->cmbFilters, FBoard.cdsNoticeBd(), FilterFolder);
 
-    FAlerts = std::make_unique<TBoardAlerts>(this, FBoard.cdsNoticeBd(), FGrid,
+    FAlerts = std::make_unique<TBoardAlerts>(this, FBoard.cdsNoticeBd(), FBadges->Counts(), FGrid,
                                              NBConfig ? NBConfig->Notifications : TNotificationSettings{});
     // The banner (shown only when the desktop has no notification service) sits above the grid.
     ui->layoutMain->insertWidget(ui->layoutMain->indexOf(ui->Splitter1), FAlerts->Banner());

@@ -79,7 +79,6 @@ TEST_F(AlertWatcher, OneMessageMakesOneAnnouncementNamingItsWorstNotice) {
     EXPECT_EQ(a->Key, 3);
     EXPECT_FALSE(Watcher.TakeAnnouncement());
     EXPECT_EQ(Watcher.TroubleCount(), 3);
-    EXPECT_EQ(Watcher.WorstLive(), 4);
 }
 
 TEST_F(AlertWatcher, OnlyChangesIntoTroubleAreAnnounced) {
@@ -111,10 +110,6 @@ TEST_F(AlertWatcher, OnlyChangesIntoTroubleAreAnnounced) {
         EXPECT_EQ(Announced(), s.Announced) << s.What;
         EXPECT_EQ(Watcher.TroubleCount(), s.Trouble) << s.What;
     }
-    EXPECT_EQ(Watcher.LiveBySeverity()[0], 1); // severity 9 counts apart
-    EXPECT_EQ(Watcher.WorstLive(), 0);
-    Delete("k");
-    EXPECT_EQ(Watcher.LiveBySeverity()[0], 0);
 }
 
 TEST_F(AlertWatcher, RemindersFollowTheLastAnnouncementWhileTroubleStays) {
@@ -199,7 +194,6 @@ TEST_F(AlertWatcher, ThresholdAndResetsRecountWithoutAnnouncing) {
     Board.cdsNoticeBd().EmptyDataSet();
     EXPECT_FALSE(Watcher.Pending());
     EXPECT_EQ(Watcher.TroubleCount(), 0);
-    EXPECT_EQ(Watcher.WorstLive(), 0);
     EXPECT_FALSE(Watcher.NextReminderIn());
 }
 

@@ -4,6 +4,7 @@
 #include "support/NoticeGridBench.h"
 #include "support/WidgetShots.h"
 
+#include "core/TSeverityCounts.h"
 #include "core/ui/AlertBanner.h"
 #include "core/ui/AlertSound.h"
 #include "core/ui/AlertTray.h"
@@ -83,7 +84,8 @@ class BoardAlertsTest : public QObject {
 
     struct TRig {
         explicit TRig(const TNotificationSettings& S)
-            : Alerts(&Board, Bench.Board.cdsNoticeBd(), Bench.Grid.get(), S) {
+            : Counts(Bench.Board.cdsNoticeBd()),
+              Alerts(&Board, Bench.Board.cdsNoticeBd(), Counts, Bench.Grid.get(), S) {
             Alerts.SetClock([this] { return Now; });
             Alerts.SetNotifier(&Shown);
             Alerts.SetSoundPlayer(&Sounds);
@@ -104,6 +106,7 @@ class BoardAlertsTest : public QObject {
         int64_t Now = 1000;
         TNoticeGridBench Bench;
         QWidget Board;
+        TSeverityCounts Counts;
         TBoardAlerts Alerts;
         TNotifyRecorder Shown;
         TSoundRecorder Sounds;

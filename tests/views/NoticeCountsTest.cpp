@@ -75,12 +75,15 @@ void ExpectCounts(const TBoard& b, const TFilterCounts& counts, const TSeverityC
         EXPECT_EQ(counts.Count(i), Recount(b.Store, Texts[i])) << Texts[i];
     EXPECT_EQ(counts.Count(Texts.size() - 1), -1); // did not compile
     int32_t other = b.Store.TotalCount();
+    int32_t worst = 0;
     for (int s = 1; s <= 4; ++s) {
         const int32_t n = Recount(b.Store, "note_severity = " + std::to_string(s));
         EXPECT_EQ(severities.Count(s), n) << s;
         other -= n;
+        if (n > 0) worst = s;
     }
     EXPECT_EQ(severities.Count(0), other);
+    EXPECT_EQ(severities.Worst(), worst);
     EXPECT_EQ(severities.Total(), b.Store.TotalCount());
 }
 
