@@ -39,7 +39,7 @@ bool CreateFolder(const std::string& Folder) {
     return !ec && DirectoryExists(path);
 }
 
-// The non-empty names of keys Adapter_0 .. Adapter_<Count-1> of section Adapters, in number order.
+// The usable names of keys Adapter_0 .. Adapter_<Count-1> of section Adapters, in number order.
 // Only the keys present are visited, so a garbage Count such as 2000000000 costs nothing.
 std::vector<std::string> ListedAdapters(const TIniFile& Ini) {
     const int32_t count = Ini.ReadInteger(SecAdapters, "Count", 0);
@@ -51,7 +51,10 @@ std::vector<std::string> ListedAdapters(const TIniFile& Ini) {
         // Only the spelling the board writes, IntToStr(i), names key i ("Adapter_07" does not).
         if (!TryStrToInt(digits, i) || i < 0 || i >= count || IntToStr(i) != digits) continue;
         std::string name = Ini.ReadString(SecAdapters, key, "");
-        if (!name.empty()) byNumber.emplace(i, std::move(name));
+        // A section name ends at its first "]", so "R/Vista]" could never have a section of its own:
+        // saved as "[Adapter_R/Vista]]", it would read back as R/Vista's and change that adapter's
+        // flags. Such a name is a slip of the hand; it is left out like an empty one.
+        if (!name.empty() && name.find(']') == std::string::npos) byNumber.emplace(i, std::move(name));
     }
     std::vector<std::string> names;
     for (auto& entry : byNumber)

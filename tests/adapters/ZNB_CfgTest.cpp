@@ -136,6 +136,22 @@ TEST_F(ConfigStore, GarbageAdapterCountReadsOnlyTheNumberedKeysBelowIt) {
     EXPECT_EQ(small.AdapterName(2), "Inside");
 }
 
+// A section name ends at its first "]": an adapter listed as "R/Vista]" would be saved under a section
+// that reads back as R/Vista's, so that a start of the board rewrote the real adapter's flags.
+TEST_F(ConfigStore, AnAdapterNameThatCannotNameItsOwnSectionIsLeftOut) {
+    WriteTextFile(Ini(), "[Adapter_R/Vista]\nLoadable=0\nEnabled=1\n"
+                         "[Adapters]\nCount=3\nAdapter_0=R/Vista\nAdapter_1=R/Vista]\nAdapter_2=Extra\n");
+    TNBConfig cfg(Folder.Path());
+    cfg.Get();
+    ASSERT_EQ(cfg.AdapterCount(), 3);
+    EXPECT_EQ(cfg.AdapterName(2), "Extra");
+    cfg.Save();
+    TNBConfig back(Folder.Path());
+    back.Get();
+    EXPECT_FALSE(back.IsAdapterLoadable("R/Vista"));
+    EXPECT_TRUE(back.IsAdapterEnabled("R/Vista"));
+}
+
 TEST_F(ConfigStore, SaveRewritesAdapterListButKeepsOldAdapterSections) {
     WriteTextFile(Ini(),
                   "; kept comment\n[Noticeboard]\nConnectDelay=7\n"
