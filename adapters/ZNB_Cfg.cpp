@@ -39,6 +39,14 @@ bool CreateFolder(const std::string& Folder) {
     return !ec && DirectoryExists(path);
 }
 
+// Whether "Adapter_" + Name can be a section of its own. A section name ends at its first "]" and loses
+// its trailing blanks, so "R/Vista]" or "R/Vista " (quoted) would be saved under a section that reads back
+// as R/Vista's, and change that adapter's flags at the next start. Such a name (like an empty one) is a
+// slip of the hand and is left out of the list.
+bool CanNameSection(const std::string& Name) {
+    return !Name.empty() && Name.find(']') == std::string::npos && Name.back() != ' ' && Name.back() != '\t';
+}
+
 // The usable names of keys Adapter_0 .. Adapter_<Count-1> of section Adapters, in number order.
 // Only the keys present are visited, so a garbage Count such as 2000000000 costs nothing.
 std::vector<std::string> ListedAdapters(const TIniFile& Ini) {
@@ -51,10 +59,7 @@ std::vector<std::string> ListedAdapters(const TIniFile& Ini) {
         // Only the spelling the board writes, IntToStr(i), names key i ("Adapter_07" does not).
         if (!TryStrToInt(digits, i) || i < 0 || i >= count || IntToStr(i) != digits) continue;
         std::string name = Ini.ReadString(SecAdapters, key, "");
-        // A section name ends at its first "]", so "R/Vista]" could never have a section of its own:
-        // saved as "[Adapter_R/Vista]]", it would read back as R/Vista's and change that adapter's
-        // flags. Such a name is a slip of the hand; it is left out like an empty one.
-        if (!name.empty() && name.find(']') == std::string::npos) byNumber.emplace(i, std::move(name));
+        if (CanNameSection(name)) byNumber.emplace(i, std::move(name));
     }
     std::vector<std::string> names;
     for (auto& entry : byNumber)

@@ -26,6 +26,16 @@ std::string ErrnoText(int err) {
     return std::strerror(err);
 }
 
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+// One pair of matching quotes around the whole value, which reading takes off.
+bool InQuotes(const std::string& Value) {
+    return Value.size() >= 2 && (Value.front() == '"' || Value.front() == '\'') &&
+           Value.back() == Value.front();
+}
+
 } // namespace
 
 TIniFile::TIniFile(std::string FileName) : FFileName(std::move(FileName)), FImpl(std::make_unique<TImpl>()) {
@@ -43,8 +53,7 @@ std::string TIniFile::ReadString(const std::string& Section, const std::string& 
     std::string value(v);
     // One pair of matching quotes around a value is taken off, as private-profile readers always did,
     // so that hand-edited files may quote folder names with blanks.
-    if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front())
-        value = value.substr(1, value.size() - 2);
+    if (InQuotes(value)) value = value.substr(1, value.size() - 2);
     return value;
 }
 
@@ -66,6 +75,11 @@ void TIniFile::WriteString(const std::string& Section, const std::string& Key, c
     std::string oneLine = Value;
     for (char& c : oneLine)
         if (c == '\n' || c == '\r') c = ' ';
+    // Reading drops the blanks around a value and one pair of quotes around it. A value that has either
+    // (a folder name quoted by hand for its trailing blank, say) goes inside one more pair of quotes, so
+    // that it reads back as it was instead of changing at every save.
+    if (!oneLine.empty() && (IsBlank(oneLine.front()) || IsBlank(oneLine.back()) || InQuotes(oneLine)))
+        oneLine = '"' + oneLine + '"';
     FImpl->Ini.SetValue(Section.c_str(), Key.c_str(), oneLine.c_str());
 }
 

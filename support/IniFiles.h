@@ -30,7 +30,9 @@ public:
     // The integer form: 0 is false, any other number true; a missing or non-numeric value reads as Default.
     bool ReadBool(const std::string& Section, const std::string& Key, bool Default) const;
 
-    // Line breaks in Value are written as blanks, so a value never spills into other keys or sections.
+    // Line breaks in Value are written as blanks, so a value never spills into other keys or sections. A
+    // value with blanks around it, or quotes around it, is written in one more pair of quotes: whatever is
+    // written reads back the same (line breaks aside).
     void WriteString(const std::string& Section, const std::string& Key, const std::string& Value);
     void WriteInteger(const std::string& Section, const std::string& Key, int32_t Value);
     void WriteBool(const std::string& Section, const std::string& Key, bool Value); // "1" / "0"

@@ -136,11 +136,12 @@ TEST_F(ConfigStore, GarbageAdapterCountReadsOnlyTheNumberedKeysBelowIt) {
     EXPECT_EQ(small.AdapterName(2), "Inside");
 }
 
-// A section name ends at its first "]": an adapter listed as "R/Vista]" would be saved under a section
-// that reads back as R/Vista's, so that a start of the board rewrote the real adapter's flags.
+// A section name ends at its first "]" and loses its trailing blanks: an adapter listed as "R/Vista]" or
+// "R/Vista " would be saved under a section that reads back as R/Vista's, so that a start of the board
+// rewrote the real adapter's flags.
 TEST_F(ConfigStore, AnAdapterNameThatCannotNameItsOwnSectionIsLeftOut) {
-    WriteTextFile(Ini(), "[Adapter_R/Vista]\nLoadable=0\nEnabled=1\n"
-                         "[Adapters]\nCount=3\nAdapter_0=R/Vista\nAdapter_1=R/Vista]\nAdapter_2=Extra\n");
+    WriteTextFile(Ini(), "[Adapter_R/Vista]\nLoadable=0\nEnabled=1\n[Adapters]\nCount=4\nAdapter_0=R/Vista\n"
+                         "Adapter_1=R/Vista]\nAdapter_2=\"R/Vista \"\nAdapter_3=Extra\n");
     TNBConfig cfg(Folder.Path());
     cfg.Get();
     ASSERT_EQ(cfg.AdapterCount(), 3);
