@@ -1,8 +1,6 @@
-// Adapters that break the kit's rules, loaded through the real loader into a board without its window:
-// one throws from every entry point, one answers with codes and states outside the contract, one goes on
-// calling back from its thread during and after its disconnect, one posts messages of more than 10 MB, and
-// one whose library file is deleted while it is loaded. Each time the board stays up, logs what happened,
-// still applies messages, and shuts down cleanly.
+// Adapters that break the kit's rules, loaded through the real loader: the board stays up, logs what
+// happened, still applies messages, and shuts down cleanly.
+#include "AdapterStartupRig.h"
 #include "adapters/TAdapterStartup.h"
 #include "adapters/ZNB_Cfg.h"
 #include "core/TNoticeBoard.h"
@@ -15,37 +13,17 @@
 #include <chrono>
 #include <condition_variable>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <mutex>
 #include <thread>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
 namespace {
 
-class TStatusView : public IAdapterStatusView {
-public:
-    int PanelCount() const override { return static_cast<int>(Widths.size()); }
-    int PanelWidth(int index) const override { return Widths.at(static_cast<size_t>(index)); }
-    void AddPanel() override { Widths.push_back(50); }
-    void SetPanelWidth(int index, int width) override { Widths.at(static_cast<size_t>(index)) = width; }
-    void SetPanelText(int index, const std::string&) override { (void)Widths.at(static_cast<size_t>(index)); }
-    void SetStatusImage(int imageIndex) override { Image = imageIndex; }
-    void SetStatusCaption(const std::string& text) override { Caption = text; }
-    std::vector<int> Widths{200, 500};
-    int Image = -1;
-    std::string Caption;
-};
-
 class MisbehavingAdapters : public ::testing::Test {
 protected:
     MisbehavingAdapters() {
-        static int serial = 0;
-        Folder = fs::temp_directory_path() /
-                 ("nb_rogue_" + std::to_string(::getpid()) + "_" + std::to_string(++serial));
-        fs::create_directories(Folder);
         SetNoticeBoard(&Board);
         SetNoticeWake([this] { Queued.notify_all(); });
     }
@@ -53,30 +31,24 @@ protected:
         SetNoticeWake({});
         SetNoticeBoard(nullptr);
         NBConfig.reset();
-        fs::remove_all(Folder);
     }
 
     // Configures the adapters (name, library) after the two built-in ones, which stay unloadable.
     void Configure(const std::vector<std::pair<std::string, std::string>>& adapters) {
-        std::ofstream ini(Folder / "zpnbd.ini");
-        ini << "[Noticeboard]\nNBFolder=" << (Folder / "nb").string()
-            << "\n[Adapters]\nCount=" << adapters.size() + 2 << "\nAdapter_0=DuskMere\nAdapter_1=R/Vista\n";
+        std::string ini = "[Adapters]\nCount=" + std::to_string(adapters.size() + 2) +
+                          "\nAdapter_0=DuskMere\nAdapter_1=R/Vista\n";
         for (size_t i = 0; i < adapters.size(); ++i)
-            ini << "Adapter_" << i + 2 << "=" << adapters[i].first << "\n";
-        ini << "[Adapter_DuskMere]\nLoadable=0\n[Adapter_R/Vista]\nLoadable=0\n";
+            ini += "Adapter_" + std::to_string(i + 2) + "=" + adapters[i].first + "\n";
+        ini += "[Adapter_DuskMere]\nLoadable=0\n[Adapter_R/Vista]\nLoadable=0\n";
         for (const auto& [name, library] : adapters)
-            ini << "[Adapter_" << name << "]\nDLL_Name=" << library << "\nLoadable=1\nEnabled=1\n";
-        ini.close();
-        NBConfig = std::make_unique<TNBConfig>(Folder.string() + "/");
+            ini += "[Adapter_" + name + "]\nDLL_Name=" + library + "\nLoadable=1\nEnabled=1\n";
+        Dir.WriteIni(ini);
+        NBConfig = std::make_unique<TNBConfig>(Dir.Path());
         NBConfig->Get();
     }
 
-    std::string Log() const {
-        std::string text;
-        ReadWholeFile((Folder / "nb" / "znb.log").string(), text);
-        return text;
-    }
-    bool Logged(const std::string& line) const { return Log().find("  " + line + "\n") != std::string::npos; }
+    std::string Log() const { return Dir.Log(); }
+    bool Logged(const std::string& line) const { return Dir.Logged(line); }
 
     // Applies queued messages until done() holds, for at most 20 s.
     bool PumpUntil(const std::function<bool()>& done) {
@@ -111,9 +83,10 @@ protected:
         return obj && obj->DLL_Handle ? reinterpret_cast<F>(GetProcAddress(obj->DLL_Handle, name)) : nullptr;
     }
 
-    fs::path Folder;
+    TBoardFolder Dir;
+    const fs::path Folder = fs::path(Dir.Path()).parent_path();
     TNoticeBoard Board;
-    TStatusView View;
+    TRecordedView View;
     std::mutex WakeLock;
     std::condition_variable Queued;
 };
