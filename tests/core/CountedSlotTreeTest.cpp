@@ -138,13 +138,11 @@ template <class Tree> void GrowShrinkAndReload(uint32_t seed, bool keyed) {
 
 } // namespace
 
+// Without order keys, and with order keys that follow the first slots they stand for.
 TEST(TCountedSlotTree, TinyNodesFollowASortedVector) {
     GrowShrinkAndReload<TCountedSlotTree<4, 4>>(1, false);
     GrowShrinkAndReload<TCountedSlotTree<5, 5>>(2, false);
     GrowShrinkAndReload<TCountedSlotTree<8, 6>>(3, false);
-}
-
-TEST(TCountedSlotTree, OrderKeysFollowTheFirstSlotsTheyStandFor) {
     GrowShrinkAndReload<TCountedSlotTree<4, 4>>(4, true);
     GrowShrinkAndReload<TCountedSlotTree<6, 5>>(5, true);
 }

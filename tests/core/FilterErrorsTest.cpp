@@ -1,10 +1,9 @@
-// What the filter language says about bad texts, and that no text can crash or hang it.
+// What the filter language says about bad texts, and that deep or huge texts neither crash nor hang it
+// (arbitrary texts: the FilterExpression fuzz target).
 #include "core/FilterExpression.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <random>
 #include <utility>
 
 namespace {
@@ -97,31 +96,4 @@ TEST(FilterErrors, LongFlatFiltersCompile) {
     row.SetString(nf_note_summary, "axb");
     EXPECT_TRUE(filter->Accept(row));
     EXPECT_EQ(ErrorOf("note_summary = '" + std::string(1000000, 'x') + "'"), "no error");
-}
-
-TEST(FilterErrors, ArbitraryBytesGiveAnErrorOrAFilter) {
-    std::mt19937 rng(20261121);
-    // clang-format off
-    const std::string alphabet[] = {"note_count", "note_summary", "ack_date", "(", ")", "'", "''", " = ", "<>",
-        " AND ", " OR ", "NOT ", "IS", "NULL", " LIKE ", " IN ", ",", "1", "2.5", "+", "-", "*", "/", "[", "]",
-        "\r\n", std::string(1, '\0'), "\xff", "'Fatal'", "YEAR(", "GETDATE()", "SUBSTRING(", "%"};
-    // clang-format on
-    TNoticeRecord row;
-    row.SetInteger(nf_note_count, 1);
-    int compiled = 0;
-    for (int i = 0; i < 20000; ++i) {
-        std::string text;
-        const int n = 1 + static_cast<int>(rng() % 12);
-        for (int k = 0; k < n; ++k)
-            text += alphabet[rng() % std::size(alphabet)];
-        if (!text.empty() && rng() % 4 == 0) text[rng() % text.size()] = static_cast<char>(rng() % 256);
-        try {
-            auto filter = CompileFilterExpression(text);
-            filter->Accept(row);
-            ++compiled;
-        } catch (const EFilterExpressionError& e) {
-            EXPECT_NE(e.Message().find(" at line "), std::string::npos) << e.Message();
-        }
-    }
-    EXPECT_GT(compiled, 0);
 }

@@ -87,11 +87,11 @@ TEST(NoticeRowOrder, NumbersAndDatesByValueThenFurtherColumnsThenKey) {
 
 // The bulk sort reads folded text as bytes: their order must be the comparison's, for every kind of text.
 TEST(NoticeRowOrder, FoldedBytesKeepTheFoldedOrder) {
-    const std::vector<std::string> pieces = {
-        "a",        "A",    "z",        "_",        "\xc3\xa9",         "\xc3\x89",
-        "\xc3\x9f", "ss",   "\xce\xa3", "\xcf\x82", "\xcf\x83",         "\xe2\x84\xaa",
-        "k",        "\xff", "\xc3",     "\xe2\x84", "\xf0\x9f\x98\x80", "\x7f",
-        ""};
+    // clang-format off
+    const std::vector<std::string> pieces = {"a", "A", "z", "_", "\xc3\xa9", "\xc3\x89", "\xc3\x9f", "ss",
+        "\xce\xa3", "\xcf\x82", "\xcf\x83", "\xe2\x84\xaa", "k", "\xff", "\xc3", "\xe2\x84",
+        "\xf0\x9f\x98\x80", "\x7f", ""};
+    // clang-format on
     std::mt19937 rng(7);
     const auto random = [&] {
         std::string s;
@@ -116,16 +116,10 @@ TEST(NoticeRowOrder, FoldedBytesKeepTheFoldedOrder) {
 
 // Order keys let a search skip rows where they differ, so they must never run against the order.
 TEST(NoticeRowOrder, OrderKeysNeverRunAgainstTheOrder) {
-    const std::vector<std::string> texts = {"",
-                                            "a",
-                                            "A",
-                                            "abcdefgh",
-                                            "ABCDEFGHI",
-                                            "abcdefg",
-                                            "\u00e9",
-                                            "\u00c9t\u00e9 \u00e0 la plage",
-                                            "\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3",
-                                            "zz\xff"};
+    // clang-format off
+    const std::vector<std::string> texts = {"", "a", "A", "abcdefgh", "ABCDEFGHI", "abcdefg", "\u00e9",
+        "\u00c9t\u00e9 \u00e0 la plage", "\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3\u03a3", "zz\xff"};
+    // clang-format on
     std::mt19937 rng(3);
     std::vector<TNoticeRecord> rows(300);
     for (size_t i = 0; i < rows.size(); ++i) {

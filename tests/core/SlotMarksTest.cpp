@@ -1,4 +1,3 @@
-#include "core/TBlockVector.h"
 #include "core/TNoticeRecord.h"
 #include "core/TSlotMarks.h"
 
@@ -52,49 +51,6 @@ TEST(SlotMarksTest, AppendedAssignedAndChangedMarksCountLikeTheBits) {
         appended.Set(s, b);
     }
     ASSERT_NO_FATAL_FAILURE(ExpectCounts(appended, marks));
-}
-
-// A copy shares the bits; a change on either side is seen on that side only.
-TEST(SlotMarksTest, CopiesShareBitsUntilEitherSideChanges) {
-    std::vector<bool> marks = Marks(2 * 4096 + 7);
-    TSlotMarks original;
-    for (bool b : marks)
-        original.Append(b);
-    const size_t ownBefore = original.OwnBytes();
-    TSlotMarks copy = original;
-    EXPECT_LT(original.OwnBytes(), ownBefore); // the bits are shared now
-    std::vector<bool> copyMarks = marks;
-    original.Set(5, !marks[5]);
-    marks[5] = !marks[5];
-    copy.Set(8000, !copyMarks[8000]);
-    copyMarks[8000] = !copyMarks[8000];
-    copy.Append(true);
-    copyMarks.push_back(true);
-    ASSERT_NO_FATAL_FAILURE(ExpectCounts(original, marks));
-    ASSERT_NO_FATAL_FAILURE(ExpectCounts(copy, copyMarks));
-}
-
-TEST(BlockVectorTest, CopyOnWriteAndTruncate) {
-    TBlockVector<int32_t, 2> a; // blocks of 4
-    for (int32_t i = 0; i < 10; ++i)
-        a.PushBack(int32_t(i));
-    TBlockVector<int32_t, 2> b = a;
-    EXPECT_TRUE(a.Shared(0));
-    b.Write(1) = 100;
-    EXPECT_FALSE(b.Shared(1));
-    EXPECT_TRUE(b.Shared(4)); // untouched blocks stay shared
-    EXPECT_EQ(a[1], 1);
-    b.PushBack(10); // the shared last block is copied before it grows
-    EXPECT_EQ(a.Size(), 10);
-    EXPECT_EQ(b[10], 10);
-    b.Truncate(5);
-    ASSERT_EQ(b.Size(), 5);
-    b.PushBack(55);
-    EXPECT_EQ(b[5], 55);
-    EXPECT_EQ(a[5], 5);
-    EXPECT_EQ(a[9], 9);
-    b.Truncate(0);
-    EXPECT_EQ(b.Size(), 0);
 }
 
 // Copied rows share their text until one of them changes a string field, also to a value of the same

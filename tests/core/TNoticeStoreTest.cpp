@@ -1,4 +1,5 @@
 #include "core/TNoticeStore.h"
+#include "core/FilterExpression.h"
 
 #include <gtest/gtest.h>
 
@@ -6,23 +7,6 @@
 #include <vector>
 
 namespace {
-
-// Passes rows whose note_severity equals a number.
-class TSeverityFilter : public IRowFilter {
-public:
-    explicit TSeverityFilter(int32_t s) : FSeverity(s) {}
-    bool Accept(const TNoticeRecord& row) const override {
-        return row.AsInteger(nf_note_severity) == FSeverity;
-    }
-
-private:
-    int32_t FSeverity;
-};
-
-std::unique_ptr<IRowFilter> CompileSeverity(const std::string& text) {
-    if (text == "bad") throw Exception("bad filter");
-    return std::make_unique<TSeverityFilter>(std::stoi(text));
-}
 
 void AddRow(TNoticeStore& store, const std::string& key, int32_t severity = 1) {
     store.Append();
@@ -141,10 +125,10 @@ TEST(TNoticeStore, EndsOfTheStoreAndBookmarksOfDeletedRows) {
 // goes and what a filter text that does not compile leaves.
 TEST(TNoticeStore, CurrentRowUnderAFilterAndABadFilterText) {
     TNoticeStore store;
-    store.SetFilterCompiler(CompileSeverity);
+    store.SetFilterCompiler(CompileFilterExpression);
     AddRow(store, "a", 1);
     AddRow(store, "b", 2);
-    store.SetFilterText("2");
+    store.SetFilterText("note_severity = 2");
     store.SetFiltered(true);
     EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "b");
     AddRow(store, "c", 2);
@@ -156,7 +140,7 @@ TEST(TNoticeStore, CurrentRowUnderAFilterAndABadFilterText) {
     EXPECT_EQ(store.RecordCount(), 1);
     EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "b");
     EXPECT_THROW(store.SetFilterText("bad"), Exception);
-    EXPECT_EQ(store.FilterText(), "2");
+    EXPECT_EQ(store.FilterText(), "note_severity = 2");
     EXPECT_EQ(store.RecordCount(), 1);
 }
 
@@ -198,9 +182,9 @@ TEST(TNoticeStore, RowObserversHearEveryChangeEvenWhileDetached) {
     } log;
     TNoticeStore store;
     log.Store = &store;
-    store.SetFilterCompiler(CompileSeverity);
+    store.SetFilterCompiler(CompileFilterExpression);
     store.AddRowObserver(&log);
-    store.SetFilterText("2");
+    store.SetFilterText("note_severity = 2");
     store.DisableControls();
     AddRow(store, "a", 2);
     AddRow(store, "b", 1);
@@ -223,41 +207,4 @@ TEST(TNoticeStore, RowObserversHearEveryChangeEvenWhileDetached) {
     EXPECT_EQ(store.SlotOfKey(1), -1);
     EXPECT_EQ(store.SlotOfKey(2), 1);
     EXPECT_EQ(store.SlotOfKey(3), -1);
-}
-
-TEST(TNoticeStore, MillionRowsBuildAndSeek) {
-    TNoticeStore store;
-    constexpr int N = 1000000;
-    for (int i = 0; i < N; ++i) {
-        store.Append();
-        store.Buffer().SetString(nf_adpt_orig_key, "key-" + std::to_string(i));
-        store.Post();
-    }
-    EXPECT_EQ(store.RecordCount(), N);
-    store.SetIndexName("Orig_Key_Index");
-    ASSERT_TRUE(store.FindKey("KEY-765432"));
-    EXPECT_EQ(store.RecNo(), 765433);
-    store.Delete();
-    EXPECT_EQ(store.RecNo(), 765433);
-    EXPECT_EQ(store.ActiveRecord().AsString(nf_adpt_orig_key), "key-765433");
-    int visited = 0;
-    store.ForEachRow([&](const TNoticeRecord&) { ++visited; });
-    EXPECT_EQ(visited, N - 1);
-}
-
-TEST(TNoticeRecord, SetStringsReplacesOnlyTheMaskedFields) {
-    TNoticeRecord row;
-    row.SetString(nf_adpt_id, "id");
-    row.SetString(nf_note_text, "old text");
-    row.SetString(nf_note_severity_str, "Fatal");
-    std::string_view values[NoticeFieldCount];
-    values[nf_note_text] = "a much longer text than before";
-    values[nf_ack_code] = "";
-    row.SetStrings(values, (1u << nf_note_text) | (1u << nf_ack_code));
-    EXPECT_EQ(row.AsString(nf_adpt_id), "id");
-    EXPECT_EQ(row.AsString(nf_note_text), "a much longer text than before");
-    EXPECT_EQ(row.AsString(nf_note_severity_str), "Fatal");
-    EXPECT_FALSE(row.IsNull(nf_ack_code));
-    EXPECT_TRUE(row.IsNull(nf_del_code));
-    EXPECT_EQ(row.TextBytes(), 2u + 30u + 5u);
 }
