@@ -44,14 +44,6 @@ public:
     QStringList Played;
 };
 
-TTestNotice Notice(const std::string& Key, int Severity, const std::string& Summary = "Summary") {
-    TTestNotice n;
-    n.Key = Key;
-    n.Severity = Severity;
-    n.Summary = Summary;
-    return n;
-}
-
 // An update that acknowledges the notice after it was last raised.
 std::string AckXml(const std::string& Key) {
     return "<Notice><Command>update</Command><adpt_orig_key>" + Key +
@@ -63,13 +55,6 @@ TNotificationSettings On(bool Desktop, bool Sound) {
     s.Desktop = Desktop;
     s.Sound = Sound;
     return s;
-}
-
-// The colour of a row right of its summary's text.
-QColor RowColour(TNoticeBdGrid& Grid, int Row) {
-    const QImage shot = Grid.viewport()->grab().toImage();
-    const QRect cell = Grid.visualRect(Grid.model()->index(Row, nf_note_summary));
-    return shot.pixelColor(cell.right() - 4, cell.center().y());
 }
 
 // A row's colour without any highlight: the display's colour of its place (alternate rows are on).
@@ -144,19 +129,6 @@ private slots:
         rig.Alerts.ApplySettings(s);
         rig.Post({Notice("g", 4)});
         QCOMPARE(rig.Sounds.Played.size(), 3);
-    }
-
-    void withDefaultSettingsNothingChangesOnScreen() {
-        TRig rig{TNotificationSettings()};
-        rig.Post({Notice("b", 4), Notice("c", 4)});
-        QVERIFY(rig.Shown.Shown.empty());
-        QVERIFY(rig.Sounds.Played.isEmpty());
-        QVERIFY(!rig.Alerts.Tray());
-        QVERIFY(!rig.Alerts.Banner()->isVisibleTo(&rig.Board));
-        QVERIFY(!rig.Find<QTimer>("AlertTimer")->isActive());
-        QVERIFY(!rig.Find<QTimer>("HighlightTimer")->isActive());
-        for (int row = 0; row < 2; ++row)
-            QCOMPARE(RowColour(*rig.Bench.Grid, row), PlainColour(rig.Bench, row));
     }
 
     void remindersComeWhileTroubleStaysUnacknowledged() {

@@ -11,17 +11,6 @@
 #include <csignal>
 #include <sys/resource.h>
 
-namespace {
-
-QStringList Items(const QComboBox* combo) {
-    QStringList items;
-    for (int i = 0; i < combo->count(); ++i)
-        items << combo->itemText(i);
-    return items;
-}
-
-} // namespace
-
 class ConfigDlgTest : public QObject {
     Q_OBJECT
 private slots:
@@ -35,7 +24,6 @@ private slots:
     void okOffersToCreateAMissingFolderAndReportsAnUnwritableOne();
     void failedSaveIsReportedAndTheIniFileKept();
     void boardOpenerFillsTheListsAndHandsAdaptersTheMainWindow();
-    void startupPromptYesOpensTheDialog();
 
 private:
     std::unique_ptr<TConfigDlgBench> B;
@@ -251,28 +239,6 @@ void ConfigDlgTest::boardOpenerFillsTheListsAndHandsAdaptersTheMainWindow() {
     QVERIFY(B->RecorderCalls().find("Set_Config " + std::to_string(console.winId()) + " ") !=
             std::string::npos);
     QVERIFY(board.findChildren<TconfigDlg*>().isEmpty()); // freed
-}
-
-void ConfigDlgTest::startupPromptYesOpensTheDialog() {
-    NBConfig->SetAdapterLoadable("R/Vista", true); // installed, never configured
-    B->Prompt.AnswerYes = true;
-    B->Prompt.CheckDontShowAgain = true;
-    B->Prompt.OnConfigDialog = [this] { ShowConfigDialog(nullptr, &B->Adapters, {}, {}); };
-    auto ran = WhenModal("configDlg", [](QWidget* w) {
-        // R/Vista's line, selectable now
-        Child<QListWidget>(w, "clbSourceTypes")->item(1)->setCheckState(Qt::Checked);
-        ClickButton(w, "btnOK");
-    });
-    QVERIFY(NBConfig->ConfigPrompt());
-
-    QVERIFY(*ran);
-    QCOMPARE(
-        B->Prompt.Questions,
-        std::vector<std::string>{"R/Vista is installed but not configured - Do you wish to configure it?"});
-    // OK saved the dialog's settings; the form's check box reaches the file with the next save.
-    QVERIFY(TIniFile(B->Ini()).ReadBool("Adapter_R/Vista", "Enabled", false));
-    QVERIFY(TIniFile(B->Ini()).ReadBool("AdapterConfig", "AlwaysPrompt", false));
-    QVERIFY(!NBConfig->AlwaysPrompt);
 }
 
 QTEST_MAIN(ConfigDlgTest)

@@ -20,20 +20,6 @@ using B = TFilterDialogBench;
 const std::string Severe = B::Line("", "(", "note_severity", ">=", "3", ")");
 const std::string Disks = B::Line("AND", "(", "note_summary", "LIKE", "'Disk%'", ")");
 
-QStringList Items(const QListWidget* list) {
-    QStringList items;
-    for (int i = 0; i < list->count(); ++i)
-        items << list->item(i)->text();
-    return items;
-}
-
-// A user's double-click on a line: the first click of it selects the line.
-void DoubleClickRow(QListWidget* list, int row) {
-    const QPoint at = list->visualItemRect(list->item(row)).center();
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
-}
-
 } // namespace
 
 class FilterEditorTest : public QObject {
@@ -175,8 +161,6 @@ private slots:
                                << QStringList{"Error - Name cannot contain spaces", invalid.arg(" ")};
         QTest::newRow("32") << QString(32, 'A') << QStringList{};
         QTest::newRow("path") << "../x" << QStringList{invalid.arg("."), invalid.arg("."), invalid.arg("/")};
-        QTest::newRow("non-ASCII") << QString::fromUtf8("caf\xC3\xA9")
-                                   << QStringList{invalid.arg(QString::fromUtf8("\xC3\xA9"))};
     }
     void nameIsCheckedOnLeavingTheBox() {
         QFETCH(QString, typed);

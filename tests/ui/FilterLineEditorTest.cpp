@@ -18,13 +18,6 @@ namespace {
 
 using B = TFilterDialogBench;
 
-QStringList Items(const QComboBox* box) {
-    QStringList items;
-    for (int i = 0; i < box->count(); ++i)
-        items << box->itemText(i);
-    return items;
-}
-
 } // namespace
 
 class FilterLineEditorTest : public QObject {
@@ -214,24 +207,6 @@ private slots:
         QCOMPARE(check->State(), TFilterCheckView::TState::Fails);
         QVERIFY2(check->Verdict().contains("at line 1, column"), qPrintable(check->Verdict()));
         SaveShot(Line.get(), "filterlineeditor-error");
-    }
-
-    void oddLinesLoadWithoutHarm() {
-        const std::string lines[] = {"x", "\x02\x02\x02\x02\x02", std::string("\xff\x01\x00\x7f", 4),
-                                     B::Line("XOR", "((((((((", "no_such", "~", "'", "]]"), "'\x02'"};
-        for (const std::string& line : lines) {
-            Open("0" + line, 0);
-            W<QComboBox>("cbOperator")->setCurrentIndex(6);
-            QVERIFY(!W<QLineEdit>("EditValue")->isEnabled());
-        }
-    }
-
-    void screenshot() {
-        Open(B::Data({B::Line("", "(", "note_severity", ">=", "3", ")"),
-                      B::Line("AND", "(", "note_summary", "LIKE", "'Disk%'", ")")}),
-             1);
-        W<TFilterCheckView>("FilterCheck")->Settle();
-        SaveShot(Line.get(), "filterlineeditor");
     }
 
 private:

@@ -1,10 +1,7 @@
-// The board's icons: every one is a valid SVG that draws something at tool bar size, the severity and
-// adapter status look-ups pick the right image, and (with NB_SCREENSHOT_DIR set) a contact sheet of all
-// of them at 16, 24 and 48 pixels on a light and a dark background.
+// The board's icons: every one is a valid SVG that draws something at tool bar size, and the severity and
+// adapter status look-ups pick the right image.
 #include "core/ui/NbIcons.h"
-#include "support/WidgetShots.h"
 
-#include <QPainter>
 #include <QSet>
 #include <QSvgRenderer>
 #include <QtTest>
@@ -64,38 +61,6 @@ private slots:
         QVERIFY(NbSeverityIcon(5).isNull());
         QVERIFY(NbAdapterStatusIcon(-1).isNull());
         QVERIFY(NbAdapterStatusIcon(3).isNull());
-    }
-
-    // Each icon at 16, 24 and 48 pixels, then its 16-pixel image enlarged three times so single pixels
-    // can be judged, on a light and a dark background.
-    void ContactSheet() {
-        if (ShotDir().isEmpty()) QSKIP("NB_SCREENSHOT_DIR not set");
-        const int sides[] = {16, 24, 48, 16};
-        const QColor backgrounds[] = {QColor(0xf6, 0xf6, 0xf6), QColor(0x1f, 0x20, 0x23)};
-        const int cell = 60, label = 130, columns = 4;
-        QImage sheet(label + cell * columns * 2, cell * NbIconCount, QImage::Format_ARGB32);
-        sheet.fill(Qt::white);
-        QPainter p(&sheet);
-        for (int b = 0; b < 2; ++b)
-            p.fillRect(label + b * cell * columns, 0, cell * columns, sheet.height(), backgrounds[b]);
-        for (int i = 0; i < NbIconCount; ++i) {
-            const QIcon icon = NbIcon(TNbIcon(i));
-            p.setPen(Qt::black);
-            p.drawText(QRect(4, i * cell, label - 8, cell), Qt::AlignVCenter,
-                       NbIconPath(TNbIcon(i)).section('/', -1));
-            for (int b = 0; b < 2; ++b)
-                for (int s = 0; s < columns; ++s) {
-                    QPixmap image = icon.pixmap(sides[s], sides[s]);
-                    if (s == 3) image = image.scaled(48, 48, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-                    const int x = label + (b * columns + s) * cell + (cell - image.width()) / 2;
-                    p.drawPixmap(x, i * cell + (cell - image.height()) / 2, image);
-                }
-        }
-        p.end();
-        // In pages of seven rows, small enough to look at without scaling.
-        for (int first = 0, page = 1; first < NbIconCount; first += 7, ++page)
-            QVERIFY(SaveShot(sheet.copy(0, first * cell, sheet.width(), 7 * cell),
-                             QStringLiteral("icons-%1").arg(page)));
     }
 };
 

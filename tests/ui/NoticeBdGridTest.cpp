@@ -9,19 +9,11 @@
 
 namespace {
 
-TTestNotice N(const std::string& key, int severity, const std::string& summary = "Summary") {
-    TTestNotice n;
-    n.Key = key;
-    n.Severity = severity;
-    n.Summary = summary;
-    return n;
-}
-
 std::vector<TTestNotice> Numbered(int count, int firstSeverity = 1) {
     std::vector<TTestNotice> notices;
     for (int i = 0; i < count; ++i)
         notices.push_back(
-            N("K" + std::to_string(i), (firstSeverity - 1 + i) % 4 + 1, "S" + std::to_string(1000 + i)));
+            Notice("K" + std::to_string(i), (firstSeverity - 1 + i) % 4 + 1, "S" + std::to_string(1000 + i)));
     return notices;
 }
 
@@ -32,7 +24,7 @@ class NoticeBdGridTest : public QObject {
 private slots:
     void CellsReadAsTheBoardShowsThem() {
         TNoticeGridBench b;
-        TTestNotice memo = N("M1", 4, "Disk full");
+        TTestNotice memo = Notice("M1", 4, "Disk full");
         memo.Text = "line one\nline two\tend";
         memo.SourceId.clear();
         b.Post({memo});
@@ -48,8 +40,8 @@ private slots:
 
     void RowsAppearSortedAndHeaderClicksSort() {
         TNoticeGridBench b;
-        b.Post({N("a", 3, "beta"), N("b", 1, "delta"), N("c", 4, "alpha"), N("d", 1, "gamma"),
-                N("e", 2, "Alpha")});
+        b.Post({Notice("a", 3, "beta"), Notice("b", 1, "delta"), Notice("c", 4, "alpha"),
+                Notice("d", 1, "gamma"), Notice("e", 2, "Alpha")});
         const auto keys = [&](std::initializer_list<const char*> ks) {
             std::vector<int32_t> out;
             for (const char* k : ks)
@@ -159,7 +151,7 @@ private slots:
         };
         std::vector<std::string> first;
         for (int i = 0; i < 5; ++i)
-            first.push_back(NoticeXml(N("new" + std::to_string(i), 1)));
+            first.push_back(NoticeXml(Notice("new" + std::to_string(i), 1)));
         TTestNotice moved = notices[10];
         moved.Severity = 4;
         first.push_back(NoticeXml(moved));
@@ -221,7 +213,7 @@ private slots:
                 message.push_back(NoticeXml(n, "update"));
             }
             message.push_back(DeleteXml(notices[size_t(round * 3)].Key));
-            message.push_back(NoticeXml(N("r" + std::to_string(round), round % 4 + 1)));
+            message.push_back(NoticeXml(Notice("r" + std::to_string(round), round % 4 + 1)));
             b.Send(message);
             b.Grid->RefreshNow();
             if (QTest::currentTestFailed()) return;
@@ -263,14 +255,14 @@ private slots:
         QVERIFY(timer);
         // A quiet grid shows the first change at the next turn of the event loop.
         now += 500;
-        b.Send({NoticeXml(N("x0", 1))});
+        b.Send({NoticeXml(Notice("x0", 1))});
         QVERIFY(b.Grid->RefreshPending());
         QTRY_COMPARE(b.Grid->RefreshCount(), start + 1);
         // Fifty messages within the next 100 ms make one more refresh, not fifty: a timer that fires
         // early (here forced) waits for the rest of the 100 ms.
         for (int i = 1; i <= 50; ++i) {
             now += 1;
-            b.Send({NoticeXml(N("x" + std::to_string(i), 2))});
+            b.Send({NoticeXml(Notice("x" + std::to_string(i), 2))});
             QCoreApplication::processEvents();
         }
         QVERIFY(b.Grid->RefreshPending() && timer->isActive());

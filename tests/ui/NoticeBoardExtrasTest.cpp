@@ -1,7 +1,7 @@
 // The board's finding and seeing aids, driven on a real grid: the quick-search box (narrowing, marks in
 // the cells, the status note, Esc, Ctrl+F), severity row colours, the status bar's severity badges, the
-// counts beside the filter combo and the summary window's chart; and screenshots of them for a person to
-// look at. (Grouping from the header menu is in NoticeBdGridDisplayTest.)
+// counts beside the filter combo and the summary window's chart. (Grouping from the header menu is in
+// NoticeBdGridDisplayTest.)
 #include "support/NoticeGridBench.h"
 #include "support/WidgetShots.h"
 
@@ -22,16 +22,6 @@
 #include <QtTest>
 
 namespace {
-
-TTestNotice Notice(const std::string& Key, int Severity, const std::string& Summary,
-                   const std::string& Node) {
-    TTestNotice n;
-    n.Key = Key;
-    n.Severity = Severity;
-    n.Summary = Summary;
-    n.Node = Node;
-    return n;
-}
 
 std::vector<TTestNotice> Estate() {
     return {Notice("a", 1, "Disk full on /var", "DBPROD01"),
@@ -131,24 +121,20 @@ private slots:
     void SeverityColoursAreOffUntilTheDisplaySaysSo() {
         TNoticeGridBench b;
         b.Post(Estate());
-        const auto rowColour = [&](int row) {
-            const QImage shot = b.Grid->viewport()->grab().toImage();
-            const QRect cell = b.Grid->visualRect(b.Grid->model()->index(row, nf_note_summary));
-            return shot.pixelColor(cell.right() - 4, cell.center().y());
-        };
         const auto severityOf = [&](int row) {
             return b.Board.cdsNoticeBd()
                 .RowBySlot(b.Board.cdsNoticeBd().SlotOfKey(b.RowKeys()[size_t(row)]))
                 .AsInteger(nf_note_severity);
         };
         QVERIFY(!b.Display.SeverityRowColors);
-        QCOMPARE(rowColour(1), ToQColor(b.Display.AltColor)); // striping as before
+        QCOMPARE(RowColour(*b.Grid, 1), ToQColor(b.Display.AltColor)); // striping as before
         b.Display.SeverityRowColors = true;
         b.Grid->viewport()->update();
         for (int row = 0; row < 6; ++row)
-            QCOMPARE(rowColour(row), ToQColor(b.Display.SeverityColors[size_t(severityOf(row) - 1)]));
+            QCOMPARE(RowColour(*b.Grid, row),
+                     ToQColor(b.Display.SeverityColors[size_t(severityOf(row) - 1)]));
         b.ClickRow(2);
-        QCOMPARE(rowColour(2), b.Grid->palette().color(QPalette::Active, QPalette::Highlight));
+        QCOMPARE(RowColour(*b.Grid, 2), b.Grid->palette().color(QPalette::Active, QPalette::Highlight));
     }
 
     void BadgesCountEverySeverityWhateverTheFilter() {
@@ -212,38 +198,6 @@ private slots:
         QVERIFY(SaveShot(&form, "extras-summary-chart"));
         chart->click();
         QCOMPARE(form.size(), QSize(460, 406)); // as it always opened
-    }
-
-    void ScreenshotOfTheGridWithBadgesAndASearch() {
-        TNoticeGridBench b(760, 300);
-        b.Post(Estate());
-        QWidget window;
-        window.resize(780, 380);
-        auto* layout = new QVBoxLayout(&window);
-        auto* box = new TQuickSearchBox(&window);
-        layout->addWidget(box);
-        b.Grid->setParent(&window);
-        struct TGiveBack {
-            TNoticeGridBench& B;
-            ~TGiveBack() { B.Grid->setParent(nullptr); }
-        } giveBack{b};
-        layout->addWidget(b.Grid.get());
-        auto* badges = new TSeverityBadges(b.Board.cdsNoticeBd(), &window);
-        auto* status = new QLabel(&window);
-        auto* bar = new QHBoxLayout;
-        bar->addWidget(status, 1);
-        bar->addWidget(badges);
-        layout->addLayout(bar);
-        box->Attach(b.Grid.get());
-        connect(box, &TQuickSearchBox::StatusTextChanged, status, [&](const QString& note) {
-            status->setText(QString::fromStdString(b.Board.StatusBarText()) + " " + note);
-        });
-        b.Display.SeverityRowColors = true;
-        window.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&window));
-        box->setText("disk");
-        QCOMPARE(status->text(), QStringLiteral("Total notices: 6 (3 match)"));
-        QVERIFY(SaveShot(&window, "extras-grid-search-badges"));
     }
 };
 

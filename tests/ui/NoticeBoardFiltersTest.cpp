@@ -1,6 +1,6 @@
 // The filter list and the board's filters button, with real files in a temporary notice board folder:
-// what the list shows, Add and Properties writing files, Delete, "<No Filter>", files and names that must
-// not do harm, and the board's combo refilled and the chosen filter applied after OK.
+// what the list shows, Add and Properties writing files, Delete, "<No Filter>", and the board's combo
+// refilled and the chosen filter applied after OK.
 #include "views/ui/NoticeBoardFilters.h"
 #include "core/Nb_utils.h"
 #include "core/TNoticeStore.h"
@@ -8,12 +8,9 @@
 #include "support/ModalDriver.h"
 #include "support/WidgetShots.h"
 #include "views/FilterApply.h"
-#include "views/ui/FilterCheckView.h"
 
 #include <QtTest>
 #include <QtWidgets>
-
-#include <filesystem>
 
 namespace {
 
@@ -21,26 +18,12 @@ using B = TFilterDialogBench;
 
 const std::string Severe = B::Data({B::Line("", "(", "note_severity", ">=", "3", ")")});
 
-QStringList Items(const QListWidget* list) {
-    QStringList items;
-    for (int i = 0; i < list->count(); ++i)
-        items << list->item(i)->text();
-    return items;
-}
-
 // Types into the editor's name box as a user does: all of it replaced.
 void TypeName(QWidget* editor, const QString& name) {
     auto* edit = Child<QLineEdit>(editor, "edtFilterName");
     edit->setFocus(Qt::MouseFocusReason);
     edit->selectAll();
     QTest::keyClicks(edit, name);
-}
-
-// A user's double-click on a line: the first click of it selects the line.
-void DoubleClickRow(QListWidget* list, int row) {
-    const QPoint at = list->visualItemRect(list->item(row)).center();
-    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, at);
-    QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, at);
 }
 
 } // namespace
@@ -170,52 +153,6 @@ private slots:
         QVERIFY(Bench->Prompt.Messages.empty());
         for (const char* name : {"a", "b", "c"})
             QVERIFY(!Bench->HasFilter(name));
-    }
-
-    void oddFilesOpenWithoutHarm_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("empty") << QByteArray();
-        QByteArray binary;
-        for (int i = 0; i < 4096; ++i)
-            binary += char((i * 7919) % 256);
-        QTest::newRow("binary") << binary;
-        QTest::newRow("10 MB") << QByteArray("0") + QByteArray(10 << 20, 'x');
-    }
-    void oddFilesOpenWithoutHarm() {
-        QFETCH(QByteArray, bytes);
-        Bench->WriteFilter("odd", bytes.toStdString());
-        Open();
-        Select("odd");
-        int lines = -1;
-        QString verdict;
-        WhenModal("frmFilterEditor", [&](QWidget* editor) {
-            lines = Child<QListWidget>(editor, "lbConditions")->count();
-            Child<TFilterCheckView>(editor, "FilterCheck")->Settle();
-            verdict = Child<TFilterCheckView>(editor, "FilterCheck")->Verdict();
-            ClickButton(editor, "btnCancel");
-        });
-        QVERIFY(ClickButton(Dlg.get(), "btnProperties"));
-        QVERIFY(lines >= 0 && lines <= 10000);
-        QVERIFY(!verdict.isEmpty());
-        QCOMPARE(Bench->ReadFilter("odd"), bytes.toStdString());
-    }
-
-    // Names come from the folder's own listing, so the last guard is at the file: a link out of the
-    // folder is not written through, and a folder that matches the pattern is not deleted.
-    void nothingIsWrittenOrDeletedOutsideTheFolder() {
-        TTempFolder outside;
-        WriteTextFile(outside / "target.txt", "precious");
-        std::filesystem::create_symlink(outside / "target.txt", Bench->Path("evil"));
-        std::filesystem::create_directory(Bench->Path("dir"));
-        WriteTextFile(Bench->Board / "dir.nbf/inside.txt", "kept");
-        Open();
-        Select("evil");
-        WhenModal("frmFilterEditor", [](QWidget* editor) { ClickButton(editor, "btnOK"); });
-        QVERIFY(ClickButton(Dlg.get(), "btnProperties"));
-        QCOMPARE(ReadTextFile(outside / "target.txt"), std::string("precious"));
-        Select("dir");
-        QVERIFY(ClickButton(Dlg.get(), "btnDelete"));
-        QCOMPARE(ReadTextFile(Bench->Board / "dir.nbf/inside.txt"), std::string("kept"));
     }
 
     void boardButtonAppliesTheChosenFilterAndRefillsTheCombo() {

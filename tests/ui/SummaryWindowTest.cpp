@@ -1,4 +1,4 @@
-// The per-node summary window over the board's counters: its designed form, what show and "&Update" copy
+// The per-node summary window over the board's counters: its captions, what show and "&Update" copy
 // into the table (rows past the visible four included), an absent counter object, and that closing it
 // frees it.
 #include "core/Znb_const.h"
@@ -42,40 +42,17 @@ private slots:
         PVO_Node_Stats.reset();
     }
 
-    void FormIsLaidOutAsDesigned() {
+    void FormShowsItsTitleAndButtons() {
         form->show();
         QVERIFY(QTest::qWaitForWindowExposed(form));
-        QCOMPARE(form->objectName(), QStringLiteral("FM_Summary"));
         QCOMPARE(form->windowTitle(), QStringLiteral("PVO Node Summary"));
-        QVERIFY(!form->parent());
-        QVERIFY(!form->isModal());
-        QVERIFY(form->testAttribute(Qt::WA_DeleteOnClose));
-        QCOMPARE(form->size(), QSize(460, 406));
-        QCOMPARE(form->minimumSize(), form->maximumSize());
-
-        TStringGrid* grid = form->findChild<TStringGrid*>("StringGrid1");
-        QVERIFY(grid);
-        QCOMPARE(grid->geometry(), QRect(0, 0, 357, 406));
-        QCOMPARE(grid->DefaultColWidth(), 100);
-        QCOMPARE(grid->DefaultRowHeight(), 22);
-        QCOMPARE(grid->ColWidthsText(), QStringLiteral("100,57,55,52,52"));
-        QCOMPARE(grid->rowHeight(4), 22);
-        QCOMPARE(grid->RowCount(), 5);
-        QCOMPARE(grid->FixedRows(), 1);
-        QCOMPARE(grid->FixedCols(), 1);
-
-        const struct {
-            const char* name;
-            const char* text;
-        } buttons[] = {{"BB_Update", "&Update"}, {"BB_Close", "&Close"}};
-        for (const auto& b : buttons) {
-            QPushButton* button = form->findChild<QPushButton*>(b.name);
-            QVERIFY2(button, b.name);
-            QCOMPARE(button->text(), QString::fromLatin1(b.text));
-            QVERIFY(!button->icon().isNull());
+        const std::pair<const char*, const char*> buttons[] = {{"BB_Update", "&Update"},
+                                                               {"BB_Close", "&Close"}};
+        for (const auto& [name, text] : buttons) {
+            QPushButton* button = form->findChild<QPushButton*>(name);
+            QVERIFY2(button, name);
+            QCOMPARE(button->text(), QString::fromLatin1(text));
             QVERIFY(button->width() >= button->sizeHint().width());
-            QVERIFY(form->rect().contains(button->geometry()));
-            QVERIFY(button->x() >= grid->geometry().right());
         }
     }
 
@@ -146,21 +123,6 @@ private slots:
             QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
             QVERIFY2(form.isNull(), c.how);
         }
-    }
-
-    void Screenshot() {
-        if (ShotDir().isEmpty()) QSKIP("NB_SCREENSHOT_DIR not set");
-        const char* nodes[] = {"dbserver01", "dbserver02.example.local", "", "web-frontend", "reporting"};
-        int n = 0;
-        for (const char* node : nodes)
-            for (const std::string& severity : SeverityStrings)
-                PVO_Node_Stats->Add(node, severity, (n++ * 7) % 13);
-        form->show();
-        QVERIFY(QTest::qWaitForWindowExposed(form));
-        QVERIFY(SaveShot(form, QStringLiteral("summary")));
-        form->ShowChart(true);
-        QTest::qWait(0);
-        QVERIFY(SaveShot(form, QStringLiteral("summary-chart")));
     }
 };
 

@@ -14,7 +14,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <unistd.h>
 
 class XlsExportDialogTest : public QObject {
     Q_OBJECT
@@ -26,7 +25,6 @@ private slots:
     void exportButtonTicksSelectedOnlyForMoreThanOneSelectedRow();
     void browseStartsInTheExecutableFolderWithTheEditsFile();
     void writesAllOrTheSelectedRowsAndClosesOnceWritten();
-    void failedExportIsShownAndTheDialogStaysOpen_data();
     void failedExportIsShownAndTheDialogStaysOpen();
     void blankFileNameIsRefused();
     void longExportShowsItsProgressAndWritesEveryRow();
@@ -154,44 +152,21 @@ void XlsExportDialogTest::writesAllOrTheSelectedRowsAndClosesOnceWritten() {
                           "DB2,Backup late,Critical,1"}));
 }
 
-void XlsExportDialogTest::failedExportIsShownAndTheDialogStaysOpen_data() {
-    QTest::addColumn<QString>("target"); // under the temporary folder
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("missing folder") << "missing/n.xls"
-                                    << "No such file or directory";
-    QTest::newRow("a folder") << "sub"
-                              << "";
-    if (::geteuid() != 0)
-        QTest::newRow("read-only folder") << "ro/n.csv"
-                                          << "Permission denied";
-}
-
+// The kinds of failure are the export's own suite's; here, how one reaches the user.
 void XlsExportDialogTest::failedExportIsShownAndTheDialogStaysOpen() {
-    QFETCH(QString, target);
-    QFETCH(QString, reason);
-    namespace fs = std::filesystem;
-    fs::create_directory(Folder->Path() + "sub");
-    fs::create_directory(Folder->Path() + "ro");
-    fs::permissions(Folder->Path() + "ro", fs::perms::owner_read | fs::perms::owner_exec);
-    const std::string file = Folder->Path() + target.toStdString();
+    const std::string file = Folder->Path() + "missing/n.xls";
     ShowActive(Dlg.get());
     SetFile(file);
     TSeenMessageBox seen;
-    WhenVisible<QMessageBox>([](QMessageBox* box) {
-        SaveShot(box, "frmXLSExport-" + QString(QTest::currentDataTag()).replace(' ', '-'));
-    });
+    WhenVisible<QMessageBox>([](QMessageBox* box) { SaveShot(box, "frmXLSExport-missing-folder"); });
     AnswerNextMessageBox(QMessageBox::Ok, &seen);
     QVERIFY(ClickButton(Dlg.get(), "btnOK"));
-    fs::permissions(Folder->Path() + "ro", fs::perms::owner_all);
 
     QCOMPARE(seen.icon, QMessageBox::Critical);
     QVERIFY2(seen.text.startsWith(QString::fromStdString("Cannot create file " + file)),
              qPrintable(seen.text));
-    QVERIFY2(seen.text.contains(reason), qPrintable(seen.text));
+    QVERIFY2(seen.text.contains("No such file or directory"), qPrintable(seen.text));
     QVERIFY(Dlg->isVisible());
-    // Nothing half-written anywhere.
-    for (const auto& entry : fs::recursive_directory_iterator(Folder->Path()))
-        QVERIFY2(entry.is_directory(), entry.path().c_str());
     QVERIFY(ClickButton(Dlg.get(), "BTNcANCEL"));
 }
 

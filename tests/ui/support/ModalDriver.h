@@ -6,10 +6,14 @@
 
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 
 #include <functional>
 #include <memory>
+
+class QComboBox;
+class QListWidget;
 
 // Runs action(w) once the application's active modal widget is w and w's objectName is objectName (any
 // modal widget when objectName is empty). The action runs queued, outside the polling timer, so it may
@@ -26,3 +30,10 @@ template <typename T> T* Child(const QWidget* parent, const char* objectName) {
 // Clicks the button with this objectName in parent with the mouse (focus moves as for a user). False
 // when there is no such button or it is disabled or hidden.
 bool ClickButton(QWidget* parent, const char* objectName);
+
+// The texts of a list's or a combo box's lines, in order.
+QStringList Items(const QListWidget* list);
+QStringList Items(const QComboBox* combo);
+
+// A user's double-click on a list line: the first click of it selects the line.
+void DoubleClickRow(QListWidget* list, int row);

@@ -99,3 +99,19 @@ void TNoticeGridBench::ClickHeader(TNoticeField Field, Qt::KeyboardModifiers Mod
                     header->height() / 2);
     QTest::mouseClick(header->viewport(), Qt::LeftButton, Modifiers, at);
 }
+
+TTestNotice Notice(const std::string& Key, int Severity, const std::string& Summary,
+                   const std::string& Node) {
+    TTestNotice n;
+    n.Key = Key;
+    n.Severity = Severity;
+    n.Summary = Summary;
+    n.Node = Node;
+    return n;
+}
+
+QColor RowColour(TNoticeBdGrid& Grid, int Row) {
+    const QImage shot = Grid.viewport()->grab().toImage();
+    const QRect cell = Grid.visualRect(Grid.model()->index(Row, nf_note_summary));
+    return shot.pixelColor(cell.right() - 4, cell.center().y());
+}

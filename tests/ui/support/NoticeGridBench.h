@@ -8,6 +8,7 @@
 #include "core/ui/NoticeBdGrid.h"
 #include "views/Displayu.h"
 
+#include <QColor>
 #include <QString>
 
 #include <memory>
@@ -25,6 +26,13 @@ struct TTestNotice {
     int Count = 1;
     std::string Raised = "2026-11-21T08:15:00";
 };
+
+// A notice with the fields tests vary most; the others as above.
+TTestNotice Notice(const std::string& Key, int Severity, const std::string& Summary = "Summary",
+                   const std::string& Node = "NODE1");
+
+// The colour of a row as painted now, right of its summary's text.
+QColor RowColour(TNoticeBdGrid& Grid, int Row);
 
 std::string NoticeXml(const TTestNotice& Notice, const std::string& Command = "post");
 std::string DeleteXml(const std::string& Key);
