@@ -3,7 +3,7 @@
 // adapter, the keyboard, the summary window and the demo adapter's answer.
 #include "core/Znb_const.h"
 #include "noticeboard.h"
-#include "support/BoardWindowDriver.h"
+#include "support/BoardWindowSuite.h"
 #include "support/WidgetShots.h"
 
 #include <QAction>
@@ -22,15 +22,10 @@
 #include <fstream>
 #include <sstream>
 
-class NoticeBdActionsTest : public QObject {
+class NoticeBdActionsTest : public TBoardWindowSuite {
     Q_OBJECT
-    std::unique_ptr<TPackageHost> host;
-
-    QMainWindow* BoardWith(const std::vector<TBoardNotice>& Notices) { return ShowBoardWith(*host, Notices); }
 
 private slots:
-    void init() { OpenHost(host); }
-    void cleanup() { CloseHost(host); }
 
     // The quick search narrows the grid and counts its matches after the board's text, messages keep the
     // count current, Esc clears; the badges and the filter list count the board's notices.

@@ -4,7 +4,7 @@
 // the package's interface, start-up, placement and closing; the actions are in NoticeBdActionsTest.
 #include "core/Znb_const.h"
 #include "noticeboard.h"
-#include "support/BoardWindowDriver.h"
+#include "support/BoardWindowSuite.h"
 #include "support/WidgetShots.h"
 
 #include <QAction>
@@ -23,15 +23,10 @@
 #include <fstream>
 #include <sstream>
 
-class NoticeBdFormTest : public QObject {
+class NoticeBdFormTest : public TBoardWindowSuite {
     Q_OBJECT
-    std::unique_ptr<TPackageHost> host;
-
-    QMainWindow* BoardWith(const std::vector<TBoardNotice>& Notices) { return ShowBoardWith(*host, Notices); }
 
 private slots:
-    void init() { OpenHost(host); }
-    void cleanup() { CloseHost(host); }
 
     void ShowsTheDesignedWindowOverItsOwner() {
         QMainWindow* board = host->ShowBoard();

@@ -56,17 +56,6 @@ inline int Count(const std::string& Text, const std::string& Needle) {
     return n;
 }
 
-// A suite's host for each test: loaded, its owner window shown; and gone again with the board closed.
-inline void OpenHost(std::unique_ptr<TPackageHost>& Host) {
-    Host = std::make_unique<TPackageHost>();
-    QVERIFY2(Host->Loaded(), qPrintable(Host->ErrorText()));
-    Host->Owner.show();
-}
-inline void CloseHost(std::unique_ptr<TPackageHost>& Host) {
-    QVERIFY(Host->CloseBoard());
-    Host.reset();
-}
-
 // A shown board with its adapters started and the notices posted, rows refreshed; null when any of it
 // failed.
 inline QMainWindow* ShowBoardWith(TPackageHost& Host, const std::vector<TBoardNotice>& Notices) {
